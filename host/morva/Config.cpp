@@ -1,0 +1,40 @@
+#include "Config.h"
+
+#include <QSettings>
+#include <QStringList>
+
+template <>
+Config* Singleton<Config>::instance = nullptr;
+
+Config::Config() {
+    fileName_ = qEnvironmentVariable("MORVA_CONFIG");
+    if (fileName_.isEmpty())
+        return;
+    const QSettings settings(fileName_, QSettings::IniFormat);
+    for (const QString& key : settings.allKeys()) {
+        const QVariant value = settings.value(key);
+        // An unquoted comma makes QSettings read a list; the text is what was meant.
+        values_.insert(key, value.userType() == QMetaType::QStringList
+                                ? value.toStringList().join(QLatin1Char(','))
+                                : value.toString());
+    }
+}
+
+Config::~Config() = default;
+
+QString Config::value(const QString& key, const QString& defaultValue) const {
+    return values_.value(settingsKey(key), defaultValue);
+}
+
+void Config::setValue(const QString& key, const QString& value) {
+    values_.insert(settingsKey(key), value);
+}
+
+QString Config::fileName() const { return fileName_; }
+
+QString Config::settingsKey(const QString& key) {
+    const qsizetype colon = key.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return key;
+    return key.left(colon) + QLatin1Char('/') + key.mid(colon + 1);
+}

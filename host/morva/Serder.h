@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QMetaObject>
+#include <QSharedPointer>
+#include <QVariant>
+
+// The host's record serialiser: turns a gadget into a variant map through its
+// meta-object's properties and back.
+namespace serder {
+namespace details {
+
+// How one gadget type maps to a variant map. Made once per type from its
+// meta-object; cheap to copy (the description is shared and immutable).
+class Strategy {
+public:
+    Strategy();
+    static Strategy create(const QMetaObject& type);
+
+    // Writes into `out` a QVariantMap with one entry per property, in property
+    // order. When the type's class info "serder:skipNull" is "true", a property
+    // that reads as a null variant gets no entry.
+    void serialize(QVariant* out, const void* record, const QMetaObject& type) const;
+
+    // Writes every property whose name is a key of the map `in` (a variant
+    // that holds no map counts as an empty one); other keys are ignored and
+    // properties without a key keep their value.
+    void deserialize(void* record, const QVariant& in, const QMetaObject& type) const;
+
+    // The meta-object this strategy was made from; null for a default-made one.
+    const QMetaObject* metaObject() const;
+
+private:
+    struct Description;
+    explicit Strategy(QSharedPointer<const Description> description);
+    const Description& describe(const QMetaObject& type, Strategy& scratch) const;
+
+    QSharedPointer<const Description> d;
+};
+
+} // namespace details
+
+template <class T>
+struct default_serder_type {
+    static const details::Strategy strategy;
+};
+
+// Built once per type, at load for every type whose strategy the program names.
+template <class T>
+const details::Strategy default_serder_type<T>::strategy =
+    details::Strategy::create(T::staticMetaObject);
+
+template <class T>
+QVariant serialize(const T& record) {
+    QVariant out;
+    default_serder_type<T>::strategy.serialize(&out, &record, T::staticMetaObject);
+    return out;
+}
+
+template <class T>
+T deserialize(const QVariant& variant) {
+    T record;
+    default_serder_type<T>::strategy.deserialize(&record, variant, T::staticMetaObject);
+    return record;
+}
+
+} // namespace serder

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Http.h"
+
+#include <morva/Log4Qt.h>
+
+#include <QObject>
+
+#include <memory>
+
+// The host's synchronous HTTP client.
+//
+// send() blocks the calling thread until the exchange is over; it needs no
+// event loop and no QCoreApplication. One client keeps one connection alive
+// across its calls; calls on one client must not overlap.
+//
+// Settings are read from Config when the client is made:
+//   "Network:timeoutMs"        whole exchange, default 15000
+//   "Network:connectTimeoutMs" default 5000
+//   "Network:caFile"           a CA bundle trusted in addition to the system's
+//   "Network:maxBodyBytes"     largest reply body accepted, default 64 MiB
+// TLS peers are always verified.
+//
+// A network condition never throws: it is reported in the Response (see
+// http::Response::Failure). Each exchange writes one line to the logger at
+// info level (method, URL, status, milliseconds, sizes) and the bodies at
+// debug level, with PINs, tokens and card numbers masked.
+class RestClient : public QObject {
+    Q_OBJECT
+
+public:
+    struct Settings {
+        int timeoutMs = 15000;
+        int connectTimeoutMs = 5000;
+        QString caFile;
+        qint64 maxBodyBytes = 64 * 1024 * 1024;
+
+        static Settings fromConfig(); // the host's Config singleton, made if need be
+    };
+
+    RestClient();
+    explicit RestClient(const Settings& settings);
+    ~RestClient() override;
+
+    void setLogger(const Log4Qt::Logger* logger);
+    const Log4Qt::Logger* logger() const;
+    const Settings& settings() const;
+
+    virtual void send(const http::Request& request);
+    virtual http::Response response();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};

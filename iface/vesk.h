@@ -1,0 +1,27 @@
+#pragma once
+
+// The whole public API of the library: exceptions, prepared requests, the
+// record machinery, every record and the three service clients, with the
+// host headers that they use.
+
+#include "Exception.h"
+#include "NetworkException.h"
+#include "PreparedRequest.h"
+#include "PreparedRequestBase.h"
+#include "ServiceClient.h"
+#include "records/Record.h"
+#include "records/StringListSerder.h"
+
+#include "disc/Api.h"
+#include "loyalty/Api.h"
+#include "sales/Api.h"
+
+#include <morva/BasicException.h>
+#include <morva/Config.h>
+#include <morva/Http.h>
+#include <morva/Log4Qt.h>
+#include <morva/MockFactory.h>
+#include <morva/RestClient.h>
+#include <morva/Serder.h>
+#include <morva/Singleton.h>
+#include <morva/Tr.h>

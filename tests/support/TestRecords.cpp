@@ -1,0 +1,2 @@
+// The test records' meta-objects are generated into this unit's library.
+#include "TestRecords.h"
