@@ -12,9 +12,9 @@
 #include "records/Record.h"
 #include "records/StringListSerder.h"
 
-#include "disc/Api.h"
-#include "loyalty/Api.h"
-#include "sales/Api.h"
+#include "disc/disc.h"
+#include "loyalty/loyalty.h"
+#include "sales/sales.h"
 
 #include <morva/BasicException.h>
 #include <morva/Config.h>

@@ -1,0 +1,5 @@
+#pragma once
+
+// The disc service: its client and every record it exchanges.
+
+#include "Api.h"

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QMetaType>
+
+namespace vesk::records {
+
+// Registers the records' meta-types under their qualified class names, so
+// that a host finds them by name (QMetaType::fromName) as soon as the library
+// is loaded. Returns true, to initialise a namespace-scope constant with.
+template <class... Records>
+bool registerMetaTypes() {
+    (QMetaType::fromType<Records>().id(), ...);
+    return true;
+}
+
+} // namespace vesk::records

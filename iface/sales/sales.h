@@ -1,0 +1,5 @@
+#pragma once
+
+// The sales service: its client and every record it exchanges.
+
+#include "Api.h"
