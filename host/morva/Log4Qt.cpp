@@ -3,8 +3,6 @@
 #include <QHash>
 #include <QMutex>
 
-#include <memory>
-
 namespace Log4Qt {
 
 Logger::Logger(const QString& name)
