@@ -1,3 +1,34 @@
 # Headers and sources of the loyalty service, relative to iface/.
-set(loyalty_headers loyalty/loyalty.h loyalty/Api.h)
-set(loyalty_sources loyalty/Api.cpp)
+set(loyalty_headers
+    loyalty/loyalty.h
+    loyalty/Api.h
+    loyalty/AccountsEntry.h
+    loyalty/AdditionalInfoRequest.h
+    loyalty/AdditionalInfoResponse.h
+    loyalty/CalcAndReserveBonusPayRequest.h
+    loyalty/CalcAndReserveBonusPayResponse.h
+    loyalty/CalcBonusAmountRequest.h
+    loyalty/CalcBonusAmountResponse.h
+    loyalty/CardBalanceRequest.h
+    loyalty/CardBalanceResponse.h
+    loyalty/CardListEntry.h
+    loyalty/CheckPinRequest.h
+    loyalty/CheckPinResponse.h
+    loyalty/CommitChequeRequest.h
+    loyalty/CommitChequeResponse.h
+    loyalty/DiscountsEntry.h
+    loyalty/ExtraDataEntry.h
+    loyalty/LinesEntry.h
+    loyalty/ParkingInfoRequest.h
+    loyalty/ParkingInfoResponse.h
+    loyalty/PaymentsEntry.h
+    loyalty/PresentPaidEntry.h
+    loyalty/ProcessIdRequest.h
+    loyalty/ProcessIdResponse.h
+    loyalty/ProcessPinRequest.h
+    loyalty/ProcessPinResponse.h
+    loyalty/SlipsEntry.h
+    loyalty/StaffEntry.h)
+set(loyalty_sources
+    loyalty/Api.cpp
+    loyalty/LoyaltyRecords.cpp)
