@@ -2,7 +2,8 @@
 
 namespace vesk {
 
-NetworkException::NetworkException(const tr::Tr& message) : Exception(message) {}
+NetworkException::NetworkException(const tr::Tr& message)
+    : Exception(message) {}
 
 NetworkException::~NetworkException() = default;
 

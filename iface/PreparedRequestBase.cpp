@@ -43,8 +43,8 @@ QVariant PreparedRequestBase::getResponseVariant() const {
         http::Request request;
         request.method = QByteArrayLiteral("POST");
         request.url = QUrl(url, QUrl::TolerantMode);
-        request.body = QJsonDocument(QJsonObject::fromVariantMap(body.toMap()))
-                           .toJson(QJsonDocument::Compact);
+        request.body =
+            QJsonDocument(QJsonObject::fromVariantMap(body.toMap())).toJson(QJsonDocument::Compact);
         performer->send(request);
     }
     response = performer->response();
@@ -55,13 +55,17 @@ QVariant PreparedRequestBase::getResponseVariant() const {
     raise(response, reply);
 }
 
-QVariant PreparedRequestBase::vesk_readUrl() const { return url; }
+QVariant PreparedRequestBase::vesk_readUrl() const {
+    return url;
+}
 
 void PreparedRequestBase::vesk_writeUrl(const QVariant& value) {
     url = records::convertVariant<QString>(value);
 }
 
-QVariant PreparedRequestBase::vesk_readBody() const { return body; }
+QVariant PreparedRequestBase::vesk_readBody() const {
+    return body;
+}
 
 void PreparedRequestBase::vesk_writeBody(const QVariant& value) {
     body = value.metaType() == QMetaType::fromType<QVariant>()

@@ -14,7 +14,8 @@ QSharedPointer<RestClient> takeRestClient() {
 
 } // namespace
 
-ServiceClient::ServiceClient(const ServiceDescription& service) : client_(takeRestClient()) {
+ServiceClient::ServiceClient(const ServiceDescription& service)
+    : client_(takeRestClient()) {
     client_->setLogger(
         Log4Qt::LogManager::logger(QString::fromLatin1(service.loggerName), QString()));
 

@@ -47,7 +47,8 @@ protected:
 
     template <class Response, class Request>
     PreparedRequest<Response> prepareAt(const QUrl& url, const Request& request) const {
-        static_assert(std::is_copy_constructible_v<Request> && std::is_copy_constructible_v<Response>,
+        static_assert(std::is_copy_constructible_v<Request> &&
+                          std::is_copy_constructible_v<Response>,
                       "records are values");
         PreparedRequest<Response> prepared;
         prepared.url = url.toString();

@@ -6,4 +6,6 @@ BasicException::BasicException(const tr::Tr& message)
 
 BasicException::~BasicException() = default;
 
-const tr::Tr& BasicException::message() const { return message_; }
+const tr::Tr& BasicException::message() const {
+    return message_;
+}

@@ -30,7 +30,9 @@ void Config::setValue(const QString& key, const QString& value) {
     values_.insert(settingsKey(key), value);
 }
 
-QString Config::fileName() const { return fileName_; }
+QString Config::fileName() const {
+    return fileName_;
+}
 
 QString Config::settingsKey(const QString& key) {
     const qsizetype colon = key.indexOf(QLatin1Char(':'));

@@ -9,11 +9,19 @@ Logger::Logger(const QString& name)
     : name_(name.toUtf8())
     , category_(name_.constData(), QtWarningMsg) {}
 
-QString Logger::name() const { return QString::fromUtf8(name_); }
-const QLoggingCategory& Logger::category() const { return category_; }
+QString Logger::name() const {
+    return QString::fromUtf8(name_);
+}
+const QLoggingCategory& Logger::category() const {
+    return category_;
+}
 
-bool Logger::isDebugEnabled() const { return category_.isDebugEnabled(); }
-bool Logger::isInfoEnabled() const { return category_.isInfoEnabled(); }
+bool Logger::isDebugEnabled() const {
+    return category_.isDebugEnabled();
+}
+bool Logger::isInfoEnabled() const {
+    return category_.isInfoEnabled();
+}
 
 void Logger::debug(const QString& message) const {
     if (category_.isDebugEnabled())

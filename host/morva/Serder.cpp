@@ -14,14 +14,14 @@ struct Strategy::Description {
 
 Strategy::Strategy() = default;
 
-Strategy::Strategy(QSharedPointer<const Description> description) : d(std::move(description)) {}
+Strategy::Strategy(QSharedPointer<const Description> description)
+    : d(std::move(description)) {}
 
 Strategy Strategy::create(const QMetaObject& type) {
     auto description = QSharedPointer<Description>::create();
     description->type = &type;
     const int skipNull = type.indexOfClassInfo("serder:skipNull");
-    description->skipNull =
-        skipNull >= 0 && qstrcmp(type.classInfo(skipNull).value(), "true") == 0;
+    description->skipNull = skipNull >= 0 && qstrcmp(type.classInfo(skipNull).value(), "true") == 0;
     for (int i = 0; i < type.propertyCount(); ++i) {
         const QMetaProperty property = type.property(i);
         description->properties.append(property);
@@ -30,7 +30,9 @@ Strategy Strategy::create(const QMetaObject& type) {
     return Strategy(description);
 }
 
-const QMetaObject* Strategy::metaObject() const { return d ? d->type : nullptr; }
+const QMetaObject* Strategy::metaObject() const {
+    return d ? d->type : nullptr;
+}
 
 // The strategy describes its own type; asked for another (a caller's mistake,
 // or a default-made strategy), it describes that type on the spot rather than

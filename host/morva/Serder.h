@@ -46,8 +46,8 @@ struct default_serder_type {
 
 // Built once per type, at load for every type whose strategy the program names.
 template <class T>
-const details::Strategy default_serder_type<T>::strategy =
-    details::Strategy::create(T::staticMetaObject);
+const details::Strategy
+    default_serder_type<T>::strategy = details::Strategy::create(T::staticMetaObject);
 
 template <class T>
 QVariant serialize(const T& record) {

@@ -3,9 +3,12 @@
 namespace tr {
 
 Tr::Tr() = default;
-Tr::Tr(const QString& text) : text_(text) {}
+Tr::Tr(const QString& text)
+    : text_(text) {}
 Tr::~Tr() = default;
 
-QString Tr::text() const { return text_; }
+QString Tr::text() const {
+    return text_;
+}
 
 } // namespace tr

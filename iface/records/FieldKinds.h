@@ -92,9 +92,7 @@ template <class Kind>
 struct Optional {
     using Value = std::optional<typename Kind::Value>;
 
-    static QVariant read(const Value& member) {
-        return member ? Kind::read(*member) : QVariant();
-    }
+    static QVariant read(const Value& member) { return member ? Kind::read(*member) : QVariant(); }
     static void write(Value& member, const QVariant& value) {
         if (value.isNull()) {
             member.reset();

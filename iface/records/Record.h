@@ -60,7 +60,7 @@
 // moc only needs the gadget, its class info and the properties.
 #define VESK_RECORD(vesk_class_) Q_GADGET Q_CLASSINFO("serder:skipNull", "true")
 #define VESK_DERIVED_RECORD(vesk_class_, vesk_base_) VESK_RECORD(vesk_class_)
-#define VESK_FIELD(vesk_kind_, vesk_key_)                                                         \
+#define VESK_FIELD(vesk_kind_, vesk_key_)                                                          \
     Q_PROPERTY(QVariant vesk_key_ READ vesk_read_##vesk_key_ WRITE vesk_write_##vesk_key_)
 #else
 
@@ -78,7 +78,8 @@ public:
 #define VESK_DERIVED_RECORD(vesk_class_, vesk_base_)                                               \
     VESK_RECORD_BODY_(vesk_class_)                                                                 \
     friend bool operator==(const vesk_class_& vesk_a_, const vesk_class_& vesk_b_) {               \
-        return static_cast<const vesk_base_&>(vesk_a_) == static_cast<const vesk_base_&>(vesk_b_) && \
+        return static_cast<const vesk_base_&>(vesk_a_) ==                                          \
+                   static_cast<const vesk_base_&>(vesk_b_) &&                                      \
                ::vesk::records::detail::Fields::equal(vesk_a_, vesk_b_);                           \
     }                                                                                              \
     friend bool operator!=(const vesk_class_& vesk_a_, const vesk_class_& vesk_b_) {               \
@@ -116,7 +117,7 @@ private:                                                                        
     }                                                                                              \
     static constexpr int vesk_index_##vesk_key_ =                                                  \
         decltype(vesk_counter(::vesk::records::detail::LastSlot{}))::value;                        \
-    static constexpr ::std::integral_constant<int, vesk_index_##vesk_key_ + 1> vesk_counter(      \
+    static constexpr ::std::integral_constant<int, vesk_index_##vesk_key_ + 1> vesk_counter(       \
         ::vesk::records::detail::Slot<vesk_index_##vesk_key_ + 1>) {                               \
         return {};                                                                                 \
     }                                                                                              \

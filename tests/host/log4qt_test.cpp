@@ -30,7 +30,8 @@ private:
 
 TEST_F(LoggerTest, SameNameGivesTheSameLogger) {
     EXPECT_EQ(Log4Qt::LogManager::logger("log4qt.same"), Log4Qt::LogManager::logger("log4qt.same"));
-    EXPECT_NE(Log4Qt::LogManager::logger("log4qt.same"), Log4Qt::LogManager::logger("log4qt.other"));
+    EXPECT_NE(Log4Qt::LogManager::logger("log4qt.same"),
+              Log4Qt::LogManager::logger("log4qt.other"));
     EXPECT_EQ(Log4Qt::LogManager::logger("log4qt.same")->name(), QStringLiteral("log4qt.same"));
 }
 

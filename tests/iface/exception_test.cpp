@@ -70,7 +70,9 @@ TEST(Exception, PlainExceptionIsNotANetworkException) {
     }
 }
 
-TEST(TrUndefined, IsTheWordUndefined) { EXPECT_EQ(tr::undefined, QStringLiteral("undefined")); }
+TEST(TrUndefined, IsTheWordUndefined) {
+    EXPECT_EQ(tr::undefined, QStringLiteral("undefined"));
+}
 
 } // namespace
 } // namespace vesk

@@ -154,8 +154,8 @@ INSTANTIATE_TEST_SUITE_P(
                     F::None, false, 404, "No such path"},
         FailureCase{"network_error_ignores_body", 0, R"({"userMsg": "x", "code": 9})", F::Network,
                     true, 0, "transport said no"},
-        FailureCase{"content_error_ignores_body", 0, R"({"userMsg": "x", "code": 9})",
-                    F::Content, true, 0, "transport said no"},
+        FailureCase{"content_error_ignores_body", 0, R"({"userMsg": "x", "code": 9})", F::Content,
+                    true, 0, "transport said no"},
         FailureCase{"network_error_with_status_500", 500, R"({"code": 9})", F::Network, true, 0,
                     "transport said no"}),
     [](const auto& info) { return std::string(info.param.name); });

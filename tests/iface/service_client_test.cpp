@@ -44,19 +44,19 @@ TEST_P(DiscBaseUrlTest, ResolvesTheEndpointAgainstTheConfiguredBase) {
 
 INSTANTIATE_TEST_SUITE_P(
     Bases, DiscBaseUrlTest,
-    testing::Values(
-        BaseUrlCase{"not_configured_loopback_default", nullptr,
-                    "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/",
-                    "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/discCalc"},
-        BaseUrlCase{"path_api_gains_slash", "http://host:8080/api", "http://host:8080/api/",
-                    "http://host:8080/api/discCalc"},
-        BaseUrlCase{"trailing_slash_unchanged", "http://host/api/", "http://host/api/",
-                    "http://host/api/discCalc"},
-        BaseUrlCase{"two_slashes_kept", "http://host/api//", "http://host/api//",
-                    "http://host/api//discCalc"},
-        BaseUrlCase{"query_and_fragment_dropped", "http://host/a/?x=1#f", "http://host/a/?x=1#f/",
-                    "http://host/a/discCalc"},
-        BaseUrlCase{"host_only", "https://host", "https://host/", "https://host/discCalc"}),
+    testing::Values(BaseUrlCase{"not_configured_loopback_default", nullptr,
+                                "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/",
+                                "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/discCalc"},
+                    BaseUrlCase{"path_api_gains_slash", "http://host:8080/api",
+                                "http://host:8080/api/", "http://host:8080/api/discCalc"},
+                    BaseUrlCase{"trailing_slash_unchanged", "http://host/api/", "http://host/api/",
+                                "http://host/api/discCalc"},
+                    BaseUrlCase{"two_slashes_kept", "http://host/api//", "http://host/api//",
+                                "http://host/api//discCalc"},
+                    BaseUrlCase{"query_and_fragment_dropped", "http://host/a/?x=1#f",
+                                "http://host/a/?x=1#f/", "http://host/a/discCalc"},
+                    BaseUrlCase{"host_only", "https://host", "https://host/",
+                                "https://host/discCalc"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct ServiceCase {

@@ -18,8 +18,8 @@ static_assert(std::is_copy_constructible_v<EveryKind> && std::is_copy_assignable
 static_assert(std::is_nothrow_move_constructible_v<SampleEntry>);
 static_assert(std::is_same_v<decltype(EveryKind::optionalInteger), std::optional<int>>);
 static_assert(std::is_same_v<decltype(EveryKind::entries), QList<SampleEntry>>);
-static_assert(std::is_same_v<decltype(EveryKind::optionalEntries),
-                             std::optional<QList<SampleEntry>>>);
+static_assert(
+    std::is_same_v<decltype(EveryKind::optionalEntries), std::optional<QList<SampleEntry>>>);
 static_assert(std::is_same_v<decltype(EveryKind::dateTime), QVariant>);
 static_assert(std::is_same_v<decltype(EveryKind::stringList), QStringList>);
 static_assert(std::is_base_of_v<SampleEntry, DerivedEntry>);
@@ -36,11 +36,11 @@ TEST(RecordMetaObject, ClassNameIsQualified) {
 }
 
 TEST(RecordMetaObject, PropertiesAreTheMembersInDeclaredOrder) {
-    EXPECT_EQ(propertyNames(EveryKind::staticMetaObject),
-              (QStringList{"integer", "optionalInteger", "number", "optionalNumber", "quantity",
-                           "optionalQuantity", "exactNumber", "boolean", "optionalBoolean", "string",
-                           "optionalString", "stringList", "entries", "optionalEntries",
-                           "dateTime"}));
+    EXPECT_EQ(
+        propertyNames(EveryKind::staticMetaObject),
+        (QStringList{"integer", "optionalInteger", "number", "optionalNumber", "quantity",
+                     "optionalQuantity", "exactNumber", "boolean", "optionalBoolean", "string",
+                     "optionalString", "stringList", "entries", "optionalEntries", "dateTime"}));
 }
 
 TEST(RecordMetaObject, EveryPropertyIsAVariantReadableWritableDesignableScriptableStored) {

@@ -38,11 +38,11 @@ struct PreparedCall {
 };
 
 struct OperationRow {
-    std::string name;         // the endpoint: "discCalc"
-    const char* configKey;    // "Vesk.disc:url"
-    QString defaultUrl;       // the endpoint's URL with the default configuration
-    QByteArray fullRequest;   // JSON object that sets every member of the request
-    QByteArray fullReply;     // JSON object that sets every member of the reply
+    std::string name;       // the endpoint: "discCalc"
+    const char* configKey;  // "Vesk.disc:url"
+    QString defaultUrl;     // the endpoint's URL with the default configuration
+    QByteArray fullRequest; // JSON object that sets every member of the request
+    QByteArray fullReply;   // JSON object that sets every member of the reply
     // Prepares a call from fullRequest on a client made with the current Config.
     std::function<PreparedCall()> prepare;
     // Performs the call from fullRequest against a base URL; true when the
@@ -63,13 +63,14 @@ OperationRow operationRow(PreparedRequest<Response> (Api::*operation)(const Requ
     row.fullRequest = fullRequest;
     row.fullReply = fullReply;
     const auto request = [fullRequest] {
-        return serder::deserialize<Request>(QJsonDocument::fromJson(fullRequest).object().toVariantMap());
+        return serder::deserialize<Request>(
+            QJsonDocument::fromJson(fullRequest).object().toVariantMap());
     };
     row.prepare = [operation, request] {
         Api api;
         const Request record = request();
         const PreparedRequest<Response> prepared = (api.*operation)(record);
-        return PreparedCall{prepared.url,    prepared.body, serder::serialize(record),
+        return PreparedCall{prepared.url,    prepared.body,    serder::serialize(record),
                             prepared.client, api.restClient(), prepared.keptResponse().has_value()};
     };
     row.performAgainst = [operation, request, configKey, fullReply](const QString& baseUrl) {

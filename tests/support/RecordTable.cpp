@@ -13,7 +13,9 @@ namespace {
 // A record of the row's type, made and destroyed through its meta-type.
 class AnyRecord {
 public:
-    explicit AnyRecord(const RecordRow& row) : row_(row), data_(row.type.create()) {}
+    explicit AnyRecord(const RecordRow& row)
+        : row_(row)
+        , data_(row.type.create()) {}
     ~AnyRecord() { row_.type.destroy(data_); }
     AnyRecord(const AnyRecord&) = delete;
     AnyRecord& operator=(const AnyRecord&) = delete;
@@ -41,7 +43,9 @@ private:
     void* data_;
 };
 
-QJsonValue jsonOf(const QVariant& value) { return QJsonValue::fromVariant(value); }
+QJsonValue jsonOf(const QVariant& value) {
+    return QJsonValue::fromVariant(value);
+}
 
 QVariantMap objectOf(const QByteArray& json) {
     return QJsonDocument::fromJson(json).object().toVariantMap();
@@ -75,7 +79,8 @@ testing::AssertionResult sameJson(const QByteArray& actual, const QByteArray& ex
         return testing::AssertionFailure() << "not JSON: " << actual.toStdString();
     const QJsonDocument b = QJsonDocument::fromJson(expected, &error);
     if (error.error != QJsonParseError::NoError)
-        return testing::AssertionFailure() << "expected text is not JSON: " << expected.toStdString();
+        return testing::AssertionFailure()
+               << "expected text is not JSON: " << expected.toStdString();
     if (a == b)
         return testing::AssertionSuccess();
     return testing::AssertionFailure()

@@ -34,9 +34,9 @@ struct RecordRow {
 template <class Record>
 RecordRow recordRow(QStringList properties, QStringList defaultKeys, QByteArray fullObject,
                     QByteArray writtenBack = QByteArray()) {
-    return RecordRow{QMetaType::fromType<Record>(),   &Record::staticMetaObject,
-                     std::move(properties),           std::move(defaultKeys),
-                     std::move(fullObject),           std::move(writtenBack)};
+    return RecordRow{QMetaType::fromType<Record>(), &Record::staticMetaObject,
+                     std::move(properties),         std::move(defaultKeys),
+                     std::move(fullObject),         std::move(writtenBack)};
 }
 
 class RecordTableTest : public testing::TestWithParam<RecordRow> {

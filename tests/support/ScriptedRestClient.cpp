@@ -4,14 +4,19 @@ namespace vesk::test {
 
 int ScriptedRestClient::liveInstances = 0;
 
-ScriptedRestClient::ScriptedRestClient() : RestClient(Settings{}) {
+ScriptedRestClient::ScriptedRestClient()
+    : RestClient(Settings{}) {
     ++liveInstances;
     answer(200, "{}");
 }
 
-ScriptedRestClient::~ScriptedRestClient() { --liveInstances; }
+ScriptedRestClient::~ScriptedRestClient() {
+    --liveInstances;
+}
 
-void ScriptedRestClient::send(const http::Request& request) { sent.push_back(request); }
+void ScriptedRestClient::send(const http::Request& request) {
+    sent.push_back(request);
+}
 
 http::Response ScriptedRestClient::response() {
     ++responsesTaken;

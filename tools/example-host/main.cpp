@@ -79,10 +79,9 @@ int main() {
         {"storeId", "S01"},
         {"salesChannel", 1},
         {"cardList", QVariantList{QVariantMap{{"card", "2775000012345678"}}}},
-        {"lines", QVariantList{QVariantMap{{"lineNum", 1},
-                                           {"barcode", "4600000000017"},
-                                           {"retailPrice", 99.0},
-                                           {"qty", 1.0}}}}};
+        {"lines",
+         QVariantList{QVariantMap{
+             {"lineNum", 1}, {"barcode", "4600000000017"}, {"retailPrice", 99.0}, {"qty", 1.0}}}}};
     perform("discount calculation", prepare(api, "./discCalc", cheque));
     perform("an operation the server does not know", prepare(api, "./noSuchOperation", cheque));
 
