@@ -1,0 +1,15 @@
+#pragma once
+
+// One card presented for the cheque.
+
+#include "../records/Record.h"
+
+namespace vesk::disc {
+
+class CardListEntry {
+    VESK_RECORD(CardListEntry)
+    VESK_FIELD(OptionalString, card)
+    VESK_FIELD(OptionalInteger, partnerId)
+};
+
+} // namespace vesk::disc
