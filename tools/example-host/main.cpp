@@ -47,6 +47,7 @@ void perform(const char* title, const vesk::PreparedRequestBase& call) {
 int main() {
     std::setvbuf(stdout, nullptr, _IOLBF, 0); // keep our lines in order with the log's
     httplib::Server server;
+    server.set_tcp_nodelay(true);
     server.Post("/api/axapta/ExchangeData_Disc/discCalc",
                 [](const httplib::Request& request, httplib::Response& response) {
                     std::printf("server received: %s\n", request.body.c_str());
