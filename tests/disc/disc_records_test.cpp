@@ -282,42 +282,11 @@ TEST(DiscRecords, PublicityRequestKeepsItsOwnKeysForTimeAndShop) {
     EXPECT_FALSE(body.contains("calcDateTime"));
 }
 
-const char* const recordNames[] = {
-    "vesk::disc::CardListEntry",           "vesk::disc::DiscountsEntryRequest",
-    "vesk::disc::ExtraDataLineEntry",      "vesk::disc::LinesEntryRequest",
-    "vesk::disc::PaymentsEntryRequest",    "vesk::disc::DiscCalcRequest",
-    "vesk::disc::DiscCalcPayRequest",      "vesk::disc::DiscountsEntryResponse",
-    "vesk::disc::LinesEntryResponse",      "vesk::disc::PaymentsEntryResponse",
-    "vesk::disc::DiscCalcResponse",        "vesk::disc::DiscCalcPayResponse",
-    "vesk::disc::GetPublicityListRequest", "vesk::disc::PublicitiesEntry",
-    "vesk::disc::VariantsEntry",           "vesk::disc::GetPublicityListResponse",
-};
-
-TEST(DiscRecords, EveryRecordIsFoundByItsQualifiedNameOnceTheLibraryIsLoaded) {
-    for (const char* name : recordNames) {
-        const QMetaType type = QMetaType::fromName(name);
-        ASSERT_TRUE(type.isValid()) << name;
-        ASSERT_NE(type.metaObject(), nullptr) << name;
-        EXPECT_STREQ(type.metaObject()->className(), name);
-    }
-}
-
-template <class Record>
-void expectStrategyOf() {
-    EXPECT_EQ(serder::default_serder_type<Record>::strategy.metaObject(), &Record::staticMetaObject)
-        << Record::staticMetaObject.className();
-}
-
-template <class... Records>
-void expectStrategiesOf() {
-    (expectStrategyOf<Records>(), ...);
-}
-
 TEST(DiscRecords, EveryEntryAndRequestHasTheStrategyOfItsOwnType) {
-    expectStrategiesOf<CardListEntry, DiscountsEntryRequest, ExtraDataLineEntry, LinesEntryRequest,
-                       PaymentsEntryRequest, DiscountsEntryResponse, LinesEntryResponse,
-                       PaymentsEntryResponse, PublicitiesEntry, VariantsEntry, DiscCalcRequest,
-                       DiscCalcPayRequest, GetPublicityListRequest>();
+    expectOwnStrategies<CardListEntry, DiscountsEntryRequest, ExtraDataLineEntry, LinesEntryRequest,
+                        PaymentsEntryRequest, DiscountsEntryResponse, LinesEntryResponse,
+                        PaymentsEntryResponse, PublicitiesEntry, VariantsEntry, DiscCalcRequest,
+                        DiscCalcPayRequest, GetPublicityListRequest>();
 }
 
 } // namespace

@@ -346,78 +346,11 @@ INSTANTIATE_TEST_SUITE_P(
     RecordTableTest::rowName);
 
 TEST(LoyaltyRecords, StrategiesOfEntriesAndRequestBodiesAreBuiltFromTheirMetaObjects) {
-    EXPECT_EQ(serder::default_serder_type<CardListEntry>::strategy.metaObject(),
-              &CardListEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<AccountsEntry>::strategy.metaObject(),
-              &AccountsEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<LinesEntry>::strategy.metaObject(),
-              &LinesEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<DiscountsEntry>::strategy.metaObject(),
-              &DiscountsEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<PresentPaidEntry>::strategy.metaObject(),
-              &PresentPaidEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<ExtraDataEntry>::strategy.metaObject(),
-              &ExtraDataEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<StaffEntry>::strategy.metaObject(),
-              &StaffEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<PaymentsEntry>::strategy.metaObject(),
-              &PaymentsEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<SlipsEntry>::strategy.metaObject(),
-              &SlipsEntry::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<ProcessIdRequest>::strategy.metaObject(),
-              &ProcessIdRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<ProcessPinRequest>::strategy.metaObject(),
-              &ProcessPinRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<CardBalanceRequest>::strategy.metaObject(),
-              &CardBalanceRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<CalcBonusAmountRequest>::strategy.metaObject(),
-              &CalcBonusAmountRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<CalcAndReserveBonusPayRequest>::strategy.metaObject(),
-              &CalcAndReserveBonusPayRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<CheckPinRequest>::strategy.metaObject(),
-              &CheckPinRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<CommitChequeRequest>::strategy.metaObject(),
-              &CommitChequeRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<ParkingInfoRequest>::strategy.metaObject(),
-              &ParkingInfoRequest::staticMetaObject);
-    EXPECT_EQ(serder::default_serder_type<AdditionalInfoRequest>::strategy.metaObject(),
-              &AdditionalInfoRequest::staticMetaObject);
-}
-
-TEST(LoyaltyRecords, EveryRecordIsFoundByItsQualifiedName) {
-    const char* const names[] = {"vesk::loyalty::AccountsEntry",
-                                 "vesk::loyalty::CardListEntry",
-                                 "vesk::loyalty::LinesEntry",
-                                 "vesk::loyalty::DiscountsEntry",
-                                 "vesk::loyalty::PresentPaidEntry",
-                                 "vesk::loyalty::ExtraDataEntry",
-                                 "vesk::loyalty::StaffEntry",
-                                 "vesk::loyalty::PaymentsEntry",
-                                 "vesk::loyalty::SlipsEntry",
-                                 "vesk::loyalty::CommitChequeRequest",
-                                 "vesk::loyalty::CommitChequeResponse",
-                                 "vesk::loyalty::ProcessIdRequest",
-                                 "vesk::loyalty::ProcessIdResponse",
-                                 "vesk::loyalty::ProcessPinRequest",
-                                 "vesk::loyalty::ProcessPinResponse",
-                                 "vesk::loyalty::CheckPinRequest",
-                                 "vesk::loyalty::CheckPinResponse",
-                                 "vesk::loyalty::CardBalanceRequest",
-                                 "vesk::loyalty::CardBalanceResponse",
-                                 "vesk::loyalty::CalcBonusAmountRequest",
-                                 "vesk::loyalty::CalcBonusAmountResponse",
-                                 "vesk::loyalty::CalcAndReserveBonusPayRequest",
-                                 "vesk::loyalty::CalcAndReserveBonusPayResponse",
-                                 "vesk::loyalty::ParkingInfoRequest",
-                                 "vesk::loyalty::ParkingInfoResponse",
-                                 "vesk::loyalty::AdditionalInfoRequest",
-                                 "vesk::loyalty::AdditionalInfoResponse"};
-    for (const char* name : names) {
-        const QMetaType type = QMetaType::fromName(name);
-        ASSERT_TRUE(type.isValid()) << name;
-        ASSERT_NE(type.metaObject(), nullptr) << name;
-        EXPECT_STREQ(type.metaObject()->className(), name);
-    }
+    vesk::test::expectOwnStrategies<
+        CardListEntry, AccountsEntry, LinesEntry, DiscountsEntry, PresentPaidEntry, ExtraDataEntry,
+        StaffEntry, PaymentsEntry, SlipsEntry, ProcessIdRequest, ProcessPinRequest,
+        CardBalanceRequest, CalcBonusAmountRequest, CalcAndReserveBonusPayRequest, CheckPinRequest,
+        CommitChequeRequest, ParkingInfoRequest, AdditionalInfoRequest>();
 }
 
 TEST(LoyaltyRecords, CardEntryIsDistinctFromTheDiscountServicesCardEntry) {

@@ -241,36 +241,9 @@ TEST(SalesRecords, EmptyReplyLeavesEveryResponseAtItsDefaults) {
               UnreserveChequeResponse());
 }
 
-const char* const recordNames[] = {
-    "vesk::sales::ItemInfoRequest",          "vesk::sales::ItemInfoResponse",
-    "vesk::sales::ReserveLinesEntryRequest", "vesk::sales::ReserveLinesEntryResponse",
-    "vesk::sales::ReserveChequeRequest",     "vesk::sales::ReserveChequeResponse",
-    "vesk::sales::UnreserveChequeRequest",   "vesk::sales::UnreserveChequeResponse",
-};
-
-TEST(SalesRecords, EveryRecordIsFoundByItsQualifiedNameOnceTheLibraryIsLoaded) {
-    for (const char* name : recordNames) {
-        const QMetaType type = QMetaType::fromName(name);
-        ASSERT_TRUE(type.isValid()) << name;
-        ASSERT_NE(type.metaObject(), nullptr) << name;
-        EXPECT_STREQ(type.metaObject()->className(), name);
-    }
-}
-
-template <class Record>
-void expectStrategyOf() {
-    EXPECT_EQ(serder::default_serder_type<Record>::strategy.metaObject(), &Record::staticMetaObject)
-        << Record::staticMetaObject.className();
-}
-
-template <class... Records>
-void expectStrategiesOf() {
-    (expectStrategyOf<Records>(), ...);
-}
-
 TEST(SalesRecords, EveryEntryAndRequestHasTheStrategyOfItsOwnType) {
-    expectStrategiesOf<ReserveLinesEntryRequest, ReserveLinesEntryResponse, ItemInfoRequest,
-                       ReserveChequeRequest, UnreserveChequeRequest>();
+    expectOwnStrategies<ReserveLinesEntryRequest, ReserveLinesEntryResponse, ItemInfoRequest,
+                        ReserveChequeRequest, UnreserveChequeRequest>();
 }
 
 } // namespace

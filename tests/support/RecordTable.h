@@ -11,6 +11,8 @@
 //
 // Compile RecordTable.cpp into the test program that instantiates it.
 
+#include <morva/Serder.h>
+
 #include <QByteArray>
 #include <QMetaObject>
 #include <QMetaType>
@@ -44,6 +46,19 @@ public:
     // The record's class name without its namespaces, as the row's name.
     static std::string rowName(const testing::TestParamInfo<RecordRow>& info);
 };
+
+// Each record named has the strategy made from its own meta-object, as the
+// library builds it for every entry and request body when it is loaded.
+template <class Record>
+void expectOwnStrategy() {
+    EXPECT_EQ(serder::default_serder_type<Record>::strategy.metaObject(), &Record::staticMetaObject)
+        << Record::staticMetaObject.className();
+}
+
+template <class... Records>
+void expectOwnStrategies() {
+    (expectOwnStrategy<Records>(), ...);
+}
 
 // Two JSON texts hold the same value (objects compare regardless of key order).
 testing::AssertionResult sameJson(const QByteArray& actual, const QByteArray& expected);
