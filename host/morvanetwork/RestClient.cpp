@@ -187,7 +187,10 @@ struct RestClient::Private {
 
     QString curlDetail(CURLcode code) const {
         const QString summary = QString::fromUtf8(curl_easy_strerror(code));
-        const QString detail = QString::fromUtf8(errorBuffer).trimmed();
+        QString detail = QString::fromUtf8(errorBuffer).trimmed();
+        // libcurl often ends its detail with the summary itself.
+        if (detail.endsWith(QLatin1String(": ") + summary))
+            detail.chop(summary.size() + 2);
         if (detail.isEmpty() || detail == summary)
             return summary;
         return QStringLiteral("%1 (%2)").arg(summary, detail);

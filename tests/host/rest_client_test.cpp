@@ -374,6 +374,9 @@ TEST(RestClientTest, RefusedConnectionIsNetworkFailure) {
     EXPECT_TRUE(response.isNetworkError());
     expectFailure(response, Failure::Network,
                   QStringLiteral("Cannot reach %1: Couldn't connect to server").arg(url));
+    // libcurl's detail follows in brackets, without repeating the summary.
+    EXPECT_EQ(response.error.text().count(QStringLiteral("Couldn't connect to server")), 1)
+        << response.error.text().toStdString();
 }
 
 TEST(RestClientTest, UnsupportedSchemeIsNetworkFailure) {
