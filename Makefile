@@ -6,6 +6,8 @@ BUILD_DIR  ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS       ?= 2
 
+MAKEFLAGS += --no-print-directory
+
 .PHONY: all deps configure build test demo format clean
 
 all: build

@@ -11,8 +11,14 @@ function(run)
 endfunction()
 
 run(${CMAKE_COMMAND} --install ${VESK_BUILD_DIR} --prefix ${WORK_DIR}/prefix)
+# A sanitized library needs a consumer built with the same sanitizers.
+set(flags "")
+if(SANITIZE)
+    list(JOIN SANITIZE "," sanitizers)
+    set(flags "-fsanitize=${sanitizers}")
+endif()
 run(${CMAKE_COMMAND} -S ${CONSUMER_SOURCE_DIR} -B ${WORK_DIR}/build
-    -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix)
+    -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix "-DCMAKE_CXX_FLAGS=${flags}")
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build -j2)
 run(${WORK_DIR}/build/consumer)
 string(STRIP "${output}" output)
