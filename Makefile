@@ -1,5 +1,5 @@
 # The README's two commands. Both install what is missing, configure and build.
-#   make demo   run the demonstration against a server on the loopback address
+#   make demo   one whole sale through the library against the emulator on 127.0.0.1:55555
 #   make test   build and pass every test (what CI runs)
 
 BUILD_DIR  ?= build
@@ -25,7 +25,7 @@ test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure --timeout 120 -j$(JOBS)
 
 demo: build
-	@$(BUILD_DIR)/tools/example-host/vesk-example-host
+	@$(BUILD_DIR)/tools/cli/vesk demo
 
 format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i

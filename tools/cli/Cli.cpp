@@ -1,0 +1,64 @@
+#include "Cli.h"
+
+#include "CommandLine.h"
+#include "Commands.h"
+#include "ExitCodes.h"
+#include "ProcessSettings.h"
+
+#include <exception>
+
+namespace vesk::cli {
+namespace {
+
+int usageError(QTextStream& err, const QString& error, const QString& command) {
+    err << "vesk: " << error << "\n\n" << usage(command);
+    return exitCode::usage;
+}
+
+int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
+    if (line.help) {
+        out << usage(line.command);
+        return exitCode::success;
+    }
+    if (line.command == QLatin1String("help")) {
+        out << usage(line.arguments.value(0));
+        return exitCode::success;
+    }
+
+    const bool demo = line.command == QLatin1String("demo");
+    QString error;
+    if (!applyProcessSettings(line, !demo, &error)) {
+        err << "vesk: " << error << '\n';
+        return exitCode::usage;
+    }
+    if (demo && !line.urls.isEmpty())
+        err << "vesk: warning: the demo points the clients at its emulator; --url is ignored\n";
+
+    if (line.command == QLatin1String("call"))
+        return callCommand(line, out, err, in);
+    if (line.command == QLatin1String("ops"))
+        return opsCommand(out);
+    if (line.command == QLatin1String("record"))
+        return recordCommand(line, out, err);
+    return demoCommand(line, out);
+}
+
+} // namespace
+
+int runCli(const QStringList& arguments, QTextStream& out, QTextStream& err, QTextStream& in) {
+    QString error;
+    QString command;
+    const std::optional<CommandLine> line = parseCommandLine(arguments, &error, &command);
+    if (!line)
+        return usageError(err, error, command);
+    try {
+        return run(*line, out, err, in);
+    } catch (const std::exception& e) {
+        // The library reports its failures as vesk::Exception, which the
+        // commands handle; anything else is a fault, reported, not a crash.
+        err << "vesk: " << QString::fromUtf8(e.what()) << '\n';
+        return exitCode::failure;
+    }
+}
+
+} // namespace vesk::cli

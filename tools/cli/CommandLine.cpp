@@ -1,0 +1,292 @@
+#include "CommandLine.h"
+
+#include <emulator/CommandLine.h>
+
+#include <QCommandLineOption>
+#include <QCommandLineParser>
+#include <QList>
+
+namespace vesk::cli {
+namespace {
+
+// An option, written once: the parser's option and its line in the usage.
+struct OptionDefinition {
+    QStringList names;
+    QString valueName; // empty: a flag
+    QString description;
+
+    QCommandLineOption option() const {
+        return valueName.isEmpty() ? QCommandLineOption(names)
+                                   : QCommandLineOption(names, description, valueName);
+    }
+};
+
+enum CommonOption { configOption, urlOption, verboseOption, helpOption };
+enum DemoOption { externalOption, listenOption };
+
+const QList<OptionDefinition>& commonOptions() {
+    static const QList<OptionDefinition> options = {
+        {{QStringLiteral("config")},
+         QStringLiteral("FILE"),
+         QStringLiteral("read the configuration from this INI file instead of\n"
+                        "the one that $MORVA_CONFIG names")},
+        {{QStringLiteral("url")},
+         QStringLiteral("SERVICE=URL"),
+         QStringLiteral("the base URL of a service (disc, loyalty or sales)\n"
+                        "instead of the configured one; may be repeated")},
+        {{QStringLiteral("verbose")},
+         QString(),
+         QStringLiteral("log every exchange of the services' clients, with its\n"
+                        "bodies, to standard error")},
+        {{QStringLiteral("h"), QStringLiteral("help")},
+         QString(),
+         QStringLiteral("show this usage")},
+    };
+    return options;
+}
+
+const QList<OptionDefinition>& demoOptions() {
+    static const QList<OptionDefinition> options = {
+        {{QStringLiteral("external")},
+         QString(),
+         QStringLiteral("use the emulator listening at HOST:PORT instead of\n"
+                        "starting one")},
+        {{QStringLiteral("listen")},
+         QStringLiteral("HOST:PORT"),
+         QStringLiteral("where the emulator listens or is started (default\n"
+                        "127.0.0.1:55555; port 0 without --external: any\n"
+                        "free port)")},
+    };
+    return options;
+}
+
+struct CommandDefinition {
+    QString name;
+    QString arguments; // as the usage line shows them
+    int minArguments;
+    int maxArguments;
+    QString summary; // for the list of commands
+    QString details; // for the command's own usage
+    bool demoOptions;
+};
+
+const QString exitStatus =
+    QStringLiteral("Exit status: 0 done; 2 the service refused the call; 3 no reply from the\n"
+                   "service (network); 64 wrong usage or input; 1 anything else.\n");
+
+const QList<CommandDefinition>& commands() {
+    static const QList<CommandDefinition> definitions = {
+        {QStringLiteral("call"), QStringLiteral("SERVICE OPERATION [JSON | @FILE | -]"), 2, 3,
+         QStringLiteral("perform one operation and print its response as JSON"),
+         QStringLiteral(
+             "Fills the operation's request record from a JSON object, performs the call\n"
+             "through the library and prints the response record as indented JSON.\n"
+             "\n"
+             "  JSON    the request object as an argument\n"
+             "  @FILE   the request object read from FILE\n"
+             "  -       the request object read from standard input\n"
+             "          (nothing: the empty request {})\n"
+             "\n"
+             "Members that the request leaves out keep their defaults; keys that name no\n"
+             "member of the request record are ignored, with a warning. `vesk ops` lists\n"
+             "the operations, `vesk record NAME` the members of a record.\n"),
+         false},
+        {QStringLiteral("ops"), QString(), 0, 0,
+         QStringLiteral("list the operations and their records"),
+         QStringLiteral("Lists the sixteen operations, one a line: service, operation, request\n"
+                        "record and response record.\n"),
+         false},
+        {QStringLiteral("record"), QStringLiteral("NAME"), 1, 1,
+         QStringLiteral("list the members of a record"),
+         QStringLiteral(
+             "Lists the members of a record, one a line: JSON key, kind and whether it is\n"
+             "plain (always sent) or optional (left out when absent). NAME is qualified\n"
+             "(vesk::disc::LinesEntryRequest), without vesk:: (disc::LinesEntryRequest),\n"
+             "or the class name alone when only one service has a record of that name.\n"
+             "Kinds: integer, number, boolean, string, string list, list (of records),\n"
+             "date-time.\n"),
+         false},
+        {QStringLiteral("demo"), QStringLiteral("[--external] [--listen HOST:PORT]"), 0, 0,
+         QStringLiteral("run one whole sale against the emulator"),
+         QStringLiteral(
+             "Runs one whole sale through the library's clients against the back-office\n"
+             "emulator, started in this process unless --external, and prints its trace\n"
+             "and receipt; it fails (exit status 1) unless every step behaved as the\n"
+             "seed says. The demo points the clients at its emulator itself: --url does\n"
+             "not apply to it.\n"),
+         true},
+        {QStringLiteral("help"), QStringLiteral("[COMMAND]"), 0, 1,
+         QStringLiteral("show this usage, or the usage of a command"),
+         QStringLiteral("Shows the usage of vesk, or of COMMAND.\n"), false},
+    };
+    return definitions;
+}
+
+const CommandDefinition* findCommand(const QString& name) {
+    for (const CommandDefinition& definition : commands())
+        if (definition.name == name)
+            return &definition;
+    return nullptr;
+}
+
+// "  --url SERVICE=URL   the base URL..." with continuation lines indented.
+QString optionLines(const QList<OptionDefinition>& options) {
+    constexpr int column = 22;
+    QString text;
+    for (const OptionDefinition& definition : options) {
+        QStringList names;
+        for (const QString& name : definition.names)
+            names.append((name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name);
+        QString head = QStringLiteral("  ") + names.join(QStringLiteral(", "));
+        if (!definition.valueName.isEmpty())
+            head += QLatin1Char(' ') + definition.valueName;
+        const QStringList lines = definition.description.split(QLatin1Char('\n'));
+        if (head.size() + 2 > column)
+            text += head + QLatin1Char('\n') + QString(column, QLatin1Char(' '));
+        else
+            text += head.leftJustified(column);
+        text +=
+            lines.join(QLatin1Char('\n') + QString(column, QLatin1Char(' '))) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString generalUsage() {
+    constexpr int column = 22;
+    QString text = QStringLiteral("Usage: vesk [OPTIONS] COMMAND [ARGUMENTS]\n"
+                                  "Calls the back-office services through the library, one "
+                                  "operation at a time.\n\nCommands:\n");
+    for (const CommandDefinition& definition : commands()) {
+        QString head = QStringLiteral("  ") + definition.name;
+        if (!definition.arguments.isEmpty())
+            head += QLatin1Char(' ') + definition.arguments;
+        if (head.size() + 2 > column)
+            text += head + QLatin1Char('\n') + QString(column, QLatin1Char(' '));
+        else
+            text += head.leftJustified(column);
+        text += definition.summary + QLatin1Char('\n');
+    }
+    text += QStringLiteral("\nOptions of every command:\n") + optionLines(commonOptions()) +
+            QStringLiteral("\n`vesk help COMMAND` shows the usage of a command.\n") + exitStatus;
+    return text;
+}
+
+QString commandUsage(const CommandDefinition& definition) {
+    QString text = QStringLiteral("Usage: vesk ") + definition.name + QStringLiteral(" [OPTIONS]");
+    if (!definition.arguments.isEmpty())
+        text += QLatin1Char(' ') + definition.arguments;
+    text += QLatin1Char('\n') + definition.details + QStringLiteral("\nOptions:\n");
+    if (definition.demoOptions)
+        text += optionLines(demoOptions());
+    return text + optionLines(commonOptions()) + QLatin1Char('\n') + exitStatus;
+}
+
+// The options of every command that one parser saw, added to `line`.
+void takeCommonOptions(const QCommandLineParser& parser, const QList<QCommandLineOption>& options,
+                       CommandLine* line) {
+    if (parser.isSet(options[configOption]))
+        line->configFile = parser.value(options[configOption]);
+    line->urls += parser.values(options[urlOption]);
+    line->verbose = line->verbose || parser.isSet(options[verboseOption]);
+    line->help = line->help || parser.isSet(options[helpOption]);
+}
+
+QList<QCommandLineOption> parserOptions(const QList<OptionDefinition>& definitions) {
+    QList<QCommandLineOption> options;
+    for (const OptionDefinition& definition : definitions)
+        options.append(definition.option());
+    return options;
+}
+
+QString argumentCount(int count) {
+    return count == 1 ? QStringLiteral("1 argument") : QStringLiteral("%1 arguments").arg(count);
+}
+
+} // namespace
+
+std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QString* error,
+                                            QString* command) {
+    const auto fail = [&](const QString& why) {
+        *error = why;
+        return std::nullopt;
+    };
+    command->clear();
+    const QString program = QStringLiteral("vesk");
+    const QList<QCommandLineOption> common = parserOptions(commonOptions());
+    CommandLine line;
+
+    // Up to the command's name: the options of every command.
+    QCommandLineParser first;
+    first.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    first.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    first.addOptions(common);
+    if (!first.parse(QStringList{program} + arguments))
+        return fail(first.errorText());
+    takeCommonOptions(first, common, &line);
+    QStringList rest = first.positionalArguments();
+    if (rest.isEmpty()) {
+        if (!line.help)
+            return fail(QStringLiteral("no command given"));
+        // `vesk --help`: the help command, for the general usage.
+        line.command = QStringLiteral("help");
+        line.help = false;
+        return line;
+    }
+    line.command = rest.takeFirst();
+    const CommandDefinition* definition = findCommand(line.command);
+    if (!definition)
+        return fail(QStringLiteral("unknown command \"%1\"").arg(line.command));
+    *command = line.command;
+
+    // After it: its arguments, its own options and again those of every command.
+    QCommandLineParser second;
+    second.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    second.addOptions(common);
+    const QList<QCommandLineOption> demo = parserOptions(demoOptions());
+    if (definition->demoOptions)
+        second.addOptions(demo);
+    if (!second.parse(QStringList{program} + rest))
+        return fail(second.errorText());
+    takeCommonOptions(second, common, &line);
+    line.arguments = second.positionalArguments();
+    if (line.help)
+        return line;
+
+    if (line.arguments.size() < definition->minArguments ||
+        line.arguments.size() > definition->maxArguments) {
+        const QString expected = definition->minArguments == definition->maxArguments
+                                     ? argumentCount(definition->minArguments)
+                                     : QStringLiteral("%1 to %2 arguments")
+                                           .arg(definition->minArguments)
+                                           .arg(definition->maxArguments);
+        return fail(QStringLiteral("%1 takes %2, not %3")
+                        .arg(definition->name, expected)
+                        .arg(line.arguments.size()));
+    }
+    if (definition->demoOptions) {
+        line.external = second.isSet(demo[externalOption]);
+        if (second.isSet(demo[listenOption])) {
+            QString why;
+            if (!emulator::parseListenAddress(second.value(demo[listenOption]), &line.listenHost,
+                                              &line.listenPort, &why))
+                return fail(QStringLiteral("--listen: %1").arg(why));
+        }
+    }
+    if (line.command == QLatin1String("help") && !line.arguments.isEmpty() &&
+        !findCommand(line.arguments.first())) {
+        command->clear();
+        return fail(QStringLiteral("unknown command \"%1\"").arg(line.arguments.first()));
+    }
+    return line;
+}
+
+bool isCommand(const QString& name) {
+    return findCommand(name) != nullptr;
+}
+
+QString usage(const QString& command) {
+    const CommandDefinition* definition = findCommand(command);
+    return definition ? commandUsage(*definition) : generalUsage();
+}
+
+} // namespace vesk::cli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+#include <optional>
+
+namespace vesk::cli {
+
+// The command line of `vesk`:
+//     vesk [OPTIONS] COMMAND [ARGUMENTS] [OPTIONS]
+// Options of every command may stand before or after the command's name; a
+// command's own options only after it.
+struct CommandLine {
+    QString command;       // "call", "ops", "record", "demo" or "help"
+    QStringList arguments; // the command's positional arguments
+    bool help = false;     // --help: the command's usage instead of the command
+
+    // Options of every command.
+    QString configFile; // --config; empty when not given
+    QStringList urls;   // each --url SERVICE=URL as given, in order
+    bool verbose = false;
+
+    // Options of `demo`.
+    bool external = false;
+    QString listenHost; // --listen HOST:PORT; empty when not given
+    quint16 listenPort = 0;
+};
+
+// `arguments` without the program's name. nullopt on bad usage, with what is
+// wrong in `error` and, in `command`, the command whose usage applies (empty:
+// the general usage).
+std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QString* error,
+                                            QString* command);
+
+bool isCommand(const QString& name);
+
+// The usage of a command, or the general usage for an empty name.
+QString usage(const QString& command = QString());
+
+} // namespace vesk::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "CommandLine.h"
+
+#include <QTextStream>
+
+namespace vesk::cli {
+
+// The commands of `vesk`, each given its parsed command line once the options
+// of every command have taken effect. Each returns the exit status
+// (ExitCodes.h), writing its result to `out` and its complaints to `err`.
+
+// vesk call SERVICE OPERATION [JSON | @FILE | -]
+int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in);
+
+// vesk ops
+int opsCommand(QTextStream& out);
+
+// vesk record NAME
+int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
+
+// vesk demo [--external] [--listen HOST:PORT]
+int demoCommand(const CommandLine& line, QTextStream& out);
+
+} // namespace vesk::cli

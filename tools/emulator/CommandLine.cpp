@@ -1,0 +1,80 @@
+#include "CommandLine.h"
+
+#include <QCommandLineParser>
+
+namespace vesk::emulator {
+
+bool parseListenAddress(const QString& text, QString* host, quint16* port, QString* error) {
+    const qsizetype colon = text.lastIndexOf(QLatin1Char(':'));
+    QString name = colon > 0 ? text.left(colon) : QString();
+    if (name.startsWith(QLatin1Char('[')) && name.endsWith(QLatin1Char(']')))
+        name = name.mid(1, name.size() - 2);
+    bool ok = false;
+    const uint number = colon > 0 ? text.mid(colon + 1).toUInt(&ok) : 0;
+    if (name.isEmpty() || !ok || number > 65535) {
+        if (error)
+            *error = QStringLiteral("\"%1\" is not HOST:PORT (a port from 0 to 65535)").arg(text);
+        return false;
+    }
+    *host = name;
+    *port = static_cast<quint16>(number);
+    return true;
+}
+
+QString emulatorUsage() {
+    return QStringLiteral(
+        "Usage: vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help]\n"
+        "Serves the sales, discount and loyalty services of the back office, all sixteen\n"
+        "operations, from a seed, until interrupted (Ctrl-C or SIGTERM).\n"
+        "\n"
+        "  --listen HOST:PORT  the address to serve on (default 127.0.0.1:55555; port 0:\n"
+        "                      any free port)\n"
+        "  --db FILE           keep the state in this SQLite file between runs (default: in\n"
+        "                      memory, lost at exit); the seed goes only into an empty one\n"
+        "  --seed FILE         the seed to start from (default: the one built in)\n"
+        "  --help              this text\n");
+}
+
+std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QString* error) {
+    QCommandLineParser parser;
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    const QCommandLineOption listen(QStringLiteral("listen"), QString(),
+                                    QStringLiteral("HOST:PORT"));
+    const QCommandLineOption db(QStringLiteral("db"), QString(), QStringLiteral("FILE"));
+    const QCommandLineOption seed(QStringLiteral("seed"), QString(), QStringLiteral("FILE"));
+    const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
+    parser.addOptions({listen, db, seed, help});
+
+    const auto fail = [&](const QString& why) {
+        if (error)
+            *error = why;
+        return std::nullopt;
+    };
+    if (!parser.parse(arguments.isEmpty() ? QStringList{QStringLiteral("vesk-emulator")}
+                                          : arguments))
+        return fail(parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return fail(QStringLiteral("Unexpected argument: %1")
+                        .arg(parser.positionalArguments().constFirst()));
+
+    CommandLine line;
+    line.help = parser.isSet(help);
+    if (parser.isSet(listen)) {
+        QString why;
+        if (!parseListenAddress(parser.value(listen), &line.options.host, &line.options.port, &why))
+            return fail(QStringLiteral("--listen: %1").arg(why));
+    }
+    if (parser.isSet(db)) {
+        line.options.databaseFile = parser.value(db);
+        if (line.options.databaseFile.isEmpty())
+            return fail(QStringLiteral("--db: the file name is empty"));
+    }
+    if (parser.isSet(seed)) {
+        line.options.seedFile = parser.value(seed);
+        if (line.options.seedFile.isEmpty())
+            return fail(QStringLiteral("--seed: the file name is empty"));
+    }
+    return line;
+}
+
+} // namespace vesk::emulator

@@ -1,0 +1,44 @@
+#include "DatabaseThread.h"
+
+namespace vesk::emulator {
+
+DatabaseThread::DatabaseThread()
+    : thread_([this] { loop(); }) {}
+
+DatabaseThread::~DatabaseThread() {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+    }
+    wake_.notify_one();
+    thread_.join();
+}
+
+bool DatabaseThread::isCurrent() const {
+    return std::this_thread::get_id() == thread_.get_id();
+}
+
+void DatabaseThread::post(std::function<void()> job) {
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        jobs_.push_back(std::move(job));
+    }
+    wake_.notify_one();
+}
+
+void DatabaseThread::loop() {
+    for (;;) {
+        std::function<void()> job;
+        {
+            std::unique_lock<std::mutex> lock(mutex_);
+            wake_.wait(lock, [this] { return stopping_ || !jobs_.empty(); });
+            if (jobs_.empty())
+                return; // stopping, and nothing left to do
+            job = std::move(jobs_.front());
+            jobs_.pop_front();
+        }
+        job(); // a packaged_task: whatever it throws goes to the waiting caller
+    }
+}
+
+} // namespace vesk::emulator

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <type_traits>
+
+namespace vesk::emulator {
+
+// One thread that runs jobs one after another, in the order given. Qt SQL
+// lets a connection be used only by the thread that made it, so the store
+// makes its connection here and runs every query here; whichever thread asks
+// (an HTTP worker, a test) waits for its job's result. Running jobs one at a
+// time is also what keeps concurrent tills from interleaving inside one
+// business operation.
+class DatabaseThread {
+public:
+    DatabaseThread();
+    ~DatabaseThread(); // runs the jobs already given, then joins
+    DatabaseThread(const DatabaseThread&) = delete;
+    DatabaseThread& operator=(const DatabaseThread&) = delete;
+
+    // Runs `job` on the thread and returns its result, or throws what it
+    // threw. Called on the thread itself (from inside a job), it runs `job`
+    // at once.
+    template <class F>
+    std::invoke_result_t<F&> run(F&& job) {
+        using Result = std::invoke_result_t<F&>;
+        if (isCurrent())
+            return job();
+        auto task = std::make_shared<std::packaged_task<Result()>>(std::forward<F>(job));
+        std::future<Result> result = task->get_future();
+        post([task] { (*task)(); });
+        return result.get();
+    }
+
+    bool isCurrent() const;
+
+private:
+    void post(std::function<void()> job);
+    void loop();
+
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::deque<std::function<void()>> jobs_;
+    bool stopping_ = false;
+    std::thread thread_;
+};
+
+} // namespace vesk::emulator

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <memory>
+
+namespace vesk::emulator {
+
+struct Options {
+    QString host = QStringLiteral("127.0.0.1");
+    quint16 port = 55555; // 0: a port of the system's choosing
+    QString databaseFile; // empty: an in-memory database
+    QString seedFile; // empty: the seed shipped with the emulator (compiled in as a Qt resource)
+};
+
+// The back office on one address: the sales, discount and loyalty services
+// with all sixteen operations, deterministic, from a seed (README.md beside
+// this header lists what the seed holds and what each operation does).
+class Emulator {
+public:
+    explicit Emulator(Options options = {});
+    ~Emulator(); // stops and joins
+    Emulator(const Emulator&) = delete;
+    Emulator& operator=(const Emulator&) = delete;
+
+    // Opens the database, loads the seed into an empty one, binds and serves
+    // on background threads. False, with a message in `error`, when the port
+    // is in use, the seed is bad or the database cannot be opened or written.
+    bool start(QString* error);
+    void stop();
+
+    quint16 port() const;    // the bound port
+    QString baseUrl() const; // "http://<host>:<port>"
+    // "disc", "loyalty" or "sales": baseUrl() + "/api/axapta/ExchangeData_Disc/" and so
+    // on; empty for another name.
+    QString serviceUrl(const QString& service) const;
+
+private:
+    struct Running;
+    Options options_;
+    std::unique_ptr<Running> running_;
+};
+
+} // namespace vesk::emulator

@@ -1,0 +1,225 @@
+#include "HttpFront.h"
+
+#include "DiscountService.h"
+#include "Log.h"
+#include "LoyaltyService.h"
+#include "SalesService.h"
+#include "ServiceError.h"
+
+#include <morva/Serder.h>
+
+#include <httplib.h>
+
+#include <QElapsedTimer>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <sys/socket.h>
+
+namespace vesk::emulator {
+
+namespace {
+
+const char* const discPath = "/api/axapta/ExchangeData_Disc/";
+const char* const loyaltyPath = "/api/axapta/ExchangeData_Loyalty/";
+const char* const salesPath = "/api/axapta/ExchangeData_Sales/";
+
+constexpr size_t maxBodyBytes = 8 * 1024 * 1024;
+
+void replyJson(httplib::Response& response, int status, const QJsonObject& object) {
+    response.status = status;
+    response.set_content(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString(),
+                         "application/json");
+}
+
+void replyError(httplib::Response& response, int status, int code, const QString& userMsg) {
+    replyJson(response, status,
+              QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("userMsg"), userMsg}});
+}
+
+// One operation: the body as the service's request record, its reply as a variant map.
+template <class Service, class Request, class Response>
+std::function<QVariant(const QVariant&)> operation(Service& service,
+                                                   Response (Service::*method)(const Request&)) {
+    return [&service, method](const QVariant& body) {
+        return serder::serialize((service.*method)(serder::deserialize<Request>(body)));
+    };
+}
+
+QString describe(const httplib::Request& request, int status, qint64 ms) {
+    return QStringLiteral("%1 %2 -> %3 (%4 ms)")
+        .arg(QString::fromStdString(request.method), QString::fromStdString(request.path))
+        .arg(status)
+        .arg(ms);
+}
+
+} // namespace
+
+QString HttpFront::servicePath(const QString& service) {
+    if (service == QLatin1String("disc"))
+        return QString::fromLatin1(discPath);
+    if (service == QLatin1String("loyalty"))
+        return QString::fromLatin1(loyaltyPath);
+    if (service == QLatin1String("sales"))
+        return QString::fromLatin1(salesPath);
+    return QString();
+}
+
+HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty) {
+    addRoutes(sales, discount, loyalty);
+}
+
+HttpFront::~HttpFront() {
+    stop();
+}
+
+void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty) {
+    const auto add = [this](const char* base, const char* name, Operation op) {
+        operations_.emplace(std::string(base) + name, std::move(op));
+    };
+    add(salesPath, "itemInfo", operation(sales, &SalesService::itemInfo));
+    add(salesPath, "reserveCheque", operation(sales, &SalesService::reserveCheque));
+    add(salesPath, "unreserveCheque", operation(sales, &SalesService::unreserveCheque));
+
+    add(discPath, "discCalc", operation(discount, &DiscountService::discCalc));
+    add(discPath, "discCalcPay", operation(discount, &DiscountService::discCalcPay));
+    add(discPath, "getPublicityList", operation(discount, &DiscountService::getPublicityList));
+
+    add(loyaltyPath, "processId", operation(loyalty, &LoyaltyService::processId));
+    add(loyaltyPath, "processPin", operation(loyalty, &LoyaltyService::processPin));
+    add(loyaltyPath, "getCardBalance", operation(loyalty, &LoyaltyService::getCardBalance));
+    add(loyaltyPath, "calcBonusAmount", operation(loyalty, &LoyaltyService::calcBonusAmount));
+    add(loyaltyPath, "calcAndReserveBonusPay",
+        operation(loyalty, &LoyaltyService::calcAndReserveBonusPay));
+    add(loyaltyPath, "checkPin", operation(loyalty, &LoyaltyService::checkPin));
+    add(loyaltyPath, "commitCheque", operation(loyalty, &LoyaltyService::commitCheque));
+    add(loyaltyPath, "getParkingInfo", operation(loyalty, &LoyaltyService::getParkingInfo));
+    add(loyaltyPath, "cashierAdditionalInfo",
+        operation(loyalty, &LoyaltyService::cashierAdditionalInfo));
+    add(loyaltyPath, "chequeAdditionalInfo",
+        operation(loyalty, &LoyaltyService::chequeAdditionalInfo));
+}
+
+bool HttpFront::start(const QString& host, quint16 port, QString* error) {
+    if (server_) {
+        if (error)
+            *error = QStringLiteral("the server is running already");
+        return false;
+    }
+    auto server = std::make_unique<httplib::Server>();
+    // Without SO_REUSEPORT (httplib's default on Linux), so that a second
+    // emulator on a port in use fails instead of sharing it.
+    server->set_socket_options([](socket_t socket) {
+        int yes = 1;
+        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
+    });
+    server->set_tcp_nodelay(true);
+    server->set_keep_alive_max_count(1000);
+    // An idle kept-alive connection holds a worker until this runs out, and
+    // stop() waits for the workers: keep it short.
+    server->set_keep_alive_timeout(1);
+    server->set_payload_max_length(maxBodyBytes);
+
+    const auto serveOperation = [](const Operation& op, const httplib::Request& request,
+                                   httplib::Response& response) {
+        QJsonParseError parseError;
+        const QJsonDocument document =
+            QJsonDocument::fromJson(QByteArray::fromStdString(request.body), &parseError);
+        if (request.body.empty())
+            return replyError(response, 400, code::badBody,
+                              QStringLiteral("The body is empty: a JSON object is expected"));
+        if (parseError.error != QJsonParseError::NoError)
+            return replyError(response, 400, code::badBody,
+                              QStringLiteral("The body is not JSON: %1 at offset %2")
+                                  .arg(parseError.errorString())
+                                  .arg(parseError.offset));
+        if (!document.isObject())
+            return replyError(response, 400, code::badBody,
+                              QStringLiteral("The body is JSON but not an object"));
+        try {
+            const QVariant reply = op(document.object().toVariantMap());
+            replyJson(response, 200, QJsonObject::fromVariantMap(reply.toMap()));
+        } catch (const ServiceError& e) {
+            replyError(response, e.status(), e.code(), e.userMsg());
+        } catch (const std::exception& e) {
+            replyError(response, 500, code::internal,
+                       QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
+        }
+    };
+    for (const auto& [path, op] : operations_) {
+        const Operation* target = &op;
+        server->Post(path, [serveOperation, target](const httplib::Request& request,
+                                                    httplib::Response& response) {
+            QElapsedTimer timer;
+            timer.start();
+            serveOperation(*target, request, response);
+            qCDebug(lcEmulator).noquote() << describe(request, response.status, timer.elapsed());
+        });
+    }
+    const auto other = [this](const httplib::Request& request, httplib::Response& response) {
+        if (operations_.count(request.path))
+            replyError(
+                response, 405, code::wrongMethod,
+                QStringLiteral("%1 takes POST only").arg(QString::fromStdString(request.path)));
+        else
+            replyError(
+                response, 404, code::unknownPath,
+                QStringLiteral("No operation at %1").arg(QString::fromStdString(request.path)));
+        qCDebug(lcEmulator).noquote() << describe(request, response.status, 0);
+    };
+    server->Post(".*", other);
+    server->Get(".*", other);
+    server->Put(".*", other);
+    server->Patch(".*", other);
+    server->Delete(".*", other);
+    server->Options(".*", other);
+    // Failures that httplib answers itself (a body over the limit, a request
+    // it cannot read) get the same kind of body as the operations' errors.
+    server->set_error_handler(httplib::Server::HandlerWithResponse(
+        [](const httplib::Request&, httplib::Response& response) {
+            if (!response.body.empty())
+                return httplib::Server::HandlerResponse::Unhandled;
+            const int status = response.status;
+            replyError(
+                response, status, status,
+                status == 413
+                    ? QStringLiteral("The body is larger than 8 MiB")
+                    : QStringLiteral("The request could not be read (HTTP status %1)").arg(status));
+            return httplib::Server::HandlerResponse::Handled;
+        }));
+    server->set_exception_handler(
+        [](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
+            replyError(response, 500, code::internal, QStringLiteral("The emulator failed"));
+        });
+
+    const std::string address = host.toStdString();
+    const int bound = port == 0 ? server->bind_to_any_port(address)
+                                : (server->bind_to_port(address, port) ? port : -1);
+    if (bound <= 0) {
+        if (error)
+            *error = QStringLiteral("cannot listen on %1:%2 (is the port in use, or the address "
+                                    "not this machine's?)")
+                         .arg(host)
+                         .arg(port);
+        return false;
+    }
+    port_ = static_cast<quint16>(bound);
+    server_ = std::move(server);
+    thread_ = std::thread([this] { server_->listen_after_bind(); });
+    // stop() reaches only a server whose accept loop has begun; requests
+    // that come before wait in the listening socket's backlog.
+    while (!server_->is_running())
+        std::this_thread::yield();
+    return true;
+}
+
+void HttpFront::stop() {
+    if (!server_)
+        return;
+    server_->stop();
+    if (thread_.joinable())
+        thread_.join();
+    server_.reset();
+}
+
+} // namespace vesk::emulator

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace httplib {
+class Server;
+}
+
+namespace vesk::emulator {
+
+class DiscountService;
+class LoyaltyService;
+class SalesService;
+
+// The HTTP side of the emulator: the sixteen operations as POST routes under
+// /api/axapta/ExchangeData_Disc/, .../ExchangeData_Loyalty/ and
+// .../ExchangeData_Sales/. A body becomes the operation's request record
+// through the library's own strategies (JSON -> QVariantMap ->
+// serder::deserialize) and the reply is serder::serialize of the response
+// record, as compact JSON with status 200.
+//
+// Every failure is a JSON object {"code": N, "userMsg": "..."} with a
+// non-200 status: the services' refusals with their own status and code; a
+// body that is not a JSON object 400; an unknown path 404; another method
+// than POST on an operation's path 405; a body over 8 MiB 413; a failure of
+// the emulator itself 500. Bad input never stops the server.
+class HttpFront {
+public:
+    // The base path of a service ("disc", "loyalty", "sales"), e.g.
+    // "/api/axapta/ExchangeData_Sales/"; empty for another name.
+    static QString servicePath(const QString& service);
+
+    HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty);
+    ~HttpFront(); // stops
+    HttpFront(const HttpFront&) = delete;
+    HttpFront& operator=(const HttpFront&) = delete;
+
+    // Binds (port 0: any free port) and serves on background threads.
+    bool start(const QString& host, quint16 port, QString* error);
+    void stop();
+    quint16 port() const { return port_; }
+
+private:
+    using Operation = std::function<QVariant(const QVariant& body)>;
+    void addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty);
+
+    std::unique_ptr<httplib::Server> server_;
+    std::map<std::string, Operation> operations_; // by path
+    std::thread thread_;
+    quint16 port_ = 0;
+};
+
+} // namespace vesk::emulator
