@@ -357,6 +357,7 @@ TEST_F(LoyaltyServiceTest, CommitBooksTheWriteOffAndTheAccrual) {
     EXPECT_EQ(reply.cashId, "POS-1");
     EXPECT_EQ(reply.placeId, "S01-POS1");
     EXPECT_EQ(reply.token, token);
+    EXPECT_EQ(reply.tokenCorrectness, 1);
     EXPECT_EQ(bonusAccount(reply.cardList).balance, 221.0);
     EXPECT_EQ(accrual(reply.lines), 4850);
     ASSERT_EQ(reply.slips.size(), 1);
@@ -384,6 +385,7 @@ TEST_F(LoyaltyServiceTest, CommitWithoutCardBooksNothing) {
     const loyalty::CommitChequeResponse reply =
         service.commitCheque(commitRequest(QString(), QString(), {{tea, 300, 1}}, 300));
     EXPECT_EQ(reply.bonusAmount, 0.0);
+    EXPECT_EQ(reply.tokenCorrectness, 0);
     EXPECT_TRUE(reply.slips.isEmpty());
     EXPECT_TRUE(store.transaction([&] { return store.committedCheque("A").has_value(); }));
 }

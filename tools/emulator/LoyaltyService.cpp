@@ -256,8 +256,8 @@ loyalty::ProcessPinResponse LoyaltyService::processPin(const loyalty::ProcessPin
         return card;
     });
     const QString phone = maskPhone(card.phone);
-    qCDebug(lcEmulator).noquote() << "PIN of card" << maskCard(card.card) << "sent to" << phone
-                                  << "- it is" << card.pin;
+    // The PIN itself stays out of the log, as on a real back office; the seed file holds it.
+    qCDebug(lcEmulator).noquote() << "PIN of card" << maskCard(card.card) << "sent to" << phone;
     loyalty::ProcessPinResponse response;
     response.phone = phone;
     response.pinCodeSended = 1;
@@ -463,6 +463,8 @@ LoyaltyService::commitCheque(const loyalty::CommitChequeRequest& request) {
     response.bonusAmount = fromCents(outcome.cheque.accrual);
     response.discAmount = fromCents(outcome.cheque.writeOff);
     response.totalAmountAfterKs = fromCents(outcome.cheque.total - outcome.cheque.writeOff);
+    // A token that was given has been checked against the card by now.
+    response.tokenCorrectness = outcome.card && !request.token.isEmpty() ? 1 : 0;
     if (outcome.card) {
         const Store::Card& card = *outcome.card;
         response.lines = withBonuses(request.lines, outcome.accruals, &outcome.shares, card.card,
