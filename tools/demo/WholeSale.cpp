@@ -478,10 +478,12 @@ private:
                                  "CARD-GOLD-5+SET-COFFEE-MUG+PAY-BANKCARD-3"));
     }
 
-    void calculateBonuses() {
-        begin(QStringLiteral("Bonus calculation (loyalty: calcBonusAmount)"));
-        loyalty::CalcBonusAmountRequest request;
-        request.cardList = loyaltyCards(0);
+    // The two bonus requests are records of their own that begin with the
+    // same members: the cheque, its card with the bonuses to pay, its lines.
+    template <class Request>
+    Request bonusRequest(Cents bonusesToPay) const {
+        Request request;
+        request.cardList = loyaltyCards(bonusesToPay);
         request.lines = loyaltyLines(expected::net, calc_.lines);
         request.dataId = cheque_;
         request.dateTime = QLatin1String(saleTime);
@@ -490,6 +492,12 @@ private:
         request.salesChannel = 1;
         request.shopNum = shopNum;
         request.token = token_;
+        return request;
+    }
+
+    void calculateBonuses() {
+        begin(QStringLiteral("Bonus calculation (loyalty: calcBonusAmount)"));
+        const auto request = bonusRequest<loyalty::CalcBonusAmountRequest>(0);
         auto call = loyalty::Api::getInstance()->calcBonusAmount(request);
         const loyalty::CalcBonusAmountResponse& reply = call.response();
         const loyalty::AccountsEntry& account = bonusAccountIn(reply.cardList);
@@ -506,16 +514,7 @@ private:
     void reserveBonuses() {
         begin(QStringLiteral("Reserve %1 bonuses (loyalty: calcAndReserveBonusPay)")
                   .arg(formatCents(bonusesToPay)));
-        loyalty::CalcAndReserveBonusPayRequest request;
-        request.cardList = loyaltyCards(bonusesToPay);
-        request.lines = loyaltyLines(expected::net, calc_.lines);
-        request.dataId = cheque_;
-        request.dateTime = QLatin1String(saleTime);
-        request.orderDateTime = QLatin1String(saleTime);
-        request.placeId = QLatin1String(placeId);
-        request.salesChannel = 1;
-        request.shopNum = shopNum;
-        request.token = token_;
+        const auto request = bonusRequest<loyalty::CalcAndReserveBonusPayRequest>(bonusesToPay);
         auto call = loyalty::Api::getInstance()->calcAndReserveBonusPay(request);
         const loyalty::CalcAndReserveBonusPayResponse& reply = call.response();
         const loyalty::AccountsEntry& account = bonusAccountIn(reply.cardList);
