@@ -21,13 +21,6 @@ namespace {
 
 using namespace disc;
 
-template <class... Records>
-constexpr bool areValues = ((std::is_default_constructible_v<Records> &&
-                             std::is_copy_constructible_v<Records> &&
-                             std::is_copy_assignable_v<Records> &&
-                             std::is_move_constructible_v<Records> &&
-                             std::is_move_assignable_v<Records>)&&...);
-
 static_assert(
     areValues<CardListEntry, DiscountsEntryRequest, ExtraDataLineEntry, LinesEntryRequest,
               PaymentsEntryRequest, DiscCalcRequest, DiscCalcPayRequest, DiscountsEntryResponse,

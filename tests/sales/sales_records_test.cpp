@@ -21,13 +21,6 @@ namespace {
 
 using namespace sales;
 
-template <class... Records>
-constexpr bool areValues = ((std::is_default_constructible_v<Records> &&
-                             std::is_copy_constructible_v<Records> &&
-                             std::is_copy_assignable_v<Records> &&
-                             std::is_move_constructible_v<Records> &&
-                             std::is_move_assignable_v<Records>)&&...);
-
 static_assert(areValues<ItemInfoRequest, ItemInfoResponse, ReserveLinesEntryRequest,
                         ReserveLinesEntryResponse, ReserveChequeRequest, ReserveChequeResponse,
                         UnreserveChequeRequest, UnreserveChequeResponse>,

@@ -20,6 +20,8 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 namespace vesk::test {
 
 struct RecordRow {
@@ -46,6 +48,14 @@ public:
     // The record's class name without its namespaces, as the row's name.
     static std::string rowName(const testing::TestParamInfo<RecordRow>& info);
 };
+
+// Records are values: made, copied and moved freely.
+template <class... Records>
+constexpr bool areValues = ((std::is_default_constructible_v<Records> &&
+                             std::is_copy_constructible_v<Records> &&
+                             std::is_copy_assignable_v<Records> &&
+                             std::is_move_constructible_v<Records> &&
+                             std::is_move_assignable_v<Records>)&&...);
 
 // Each record named has the strategy made from its own meta-object, as the
 // library builds it for every entry and request body when it is loaded.
