@@ -34,13 +34,43 @@ public:
             return job();
         auto task = std::make_shared<std::packaged_task<Result()>>(std::forward<F>(job));
         std::future<Result> result = task->get_future();
-        post([task] { (*task)(); });
+        auto released = std::make_shared<Released>();
+        // Signals when the job is gone: run and destroyed, or dropped unrun by
+        // a stopped thread (the caller then gets a broken promise, not a hang).
+        auto signalWhenGone =
+            std::shared_ptr<void>(nullptr, [released](void*) { released->signal(); });
+        post([task, signalWhenGone = std::move(signalWhenGone)]() mutable {
+            (*task)();
+            task.reset(); // the job, and this thread's hold on its result, end here
+        });
+        // The caller reads the result (a thrown exception included) only once the
+        // database thread has let go of it: the two never share it at once.
+        released->wait();
         return result.get();
     }
 
     bool isCurrent() const;
 
 private:
+    // Tells the waiting caller that a job is over and let go of.
+    class Released {
+    public:
+        void signal() {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            done_ = true;
+            doneChanged_.notify_one();
+        }
+        void wait() {
+            std::unique_lock<std::mutex> lock(mutex_);
+            doneChanged_.wait(lock, [this] { return done_; });
+        }
+
+    private:
+        std::mutex mutex_;
+        std::condition_variable doneChanged_;
+        bool done_ = false;
+    };
+
     void post(std::function<void()> job);
     void loop();
 
