@@ -31,32 +31,13 @@ using vesk::test::sameJson;
 
 // Records are values.
 static_assert(
-    std::is_copy_constructible_v<CardListEntry> && std::is_copy_constructible_v<AccountsEntry> &&
-    std::is_copy_constructible_v<LinesEntry> && std::is_copy_constructible_v<DiscountsEntry> &&
-    std::is_copy_constructible_v<PresentPaidEntry> &&
-    std::is_copy_constructible_v<ExtraDataEntry> && std::is_copy_constructible_v<StaffEntry> &&
-    std::is_copy_constructible_v<PaymentsEntry> && std::is_copy_constructible_v<SlipsEntry>);
-static_assert(std::is_copy_constructible_v<CommitChequeRequest> &&
-              std::is_copy_constructible_v<CommitChequeResponse> &&
-              std::is_copy_constructible_v<ProcessIdRequest> &&
-              std::is_copy_constructible_v<ProcessIdResponse> &&
-              std::is_copy_constructible_v<ProcessPinRequest> &&
-              std::is_copy_constructible_v<ProcessPinResponse> &&
-              std::is_copy_constructible_v<CheckPinRequest> &&
-              std::is_copy_constructible_v<CheckPinResponse> &&
-              std::is_copy_constructible_v<CardBalanceRequest> &&
-              std::is_copy_constructible_v<CardBalanceResponse>);
-static_assert(std::is_copy_constructible_v<CalcBonusAmountRequest> &&
-              std::is_copy_constructible_v<CalcBonusAmountResponse> &&
-              std::is_copy_constructible_v<CalcAndReserveBonusPayRequest> &&
-              std::is_copy_constructible_v<CalcAndReserveBonusPayResponse> &&
-              std::is_copy_constructible_v<ParkingInfoRequest> &&
-              std::is_copy_constructible_v<ParkingInfoResponse> &&
-              std::is_copy_constructible_v<AdditionalInfoRequest> &&
-              std::is_copy_constructible_v<AdditionalInfoResponse>);
-static_assert(std::is_copy_assignable_v<CommitChequeResponse> &&
-              std::is_copy_assignable_v<CalcAndReserveBonusPayResponse> &&
-              std::is_copy_assignable_v<ParkingInfoResponse>);
+    vesk::test::areValues<
+        CardListEntry, AccountsEntry, LinesEntry, DiscountsEntry, PresentPaidEntry, ExtraDataEntry,
+        StaffEntry, PaymentsEntry, SlipsEntry, CommitChequeRequest, CommitChequeResponse,
+        ProcessIdRequest, ProcessIdResponse, ProcessPinRequest, ProcessPinResponse, CheckPinRequest,
+        CheckPinResponse, CardBalanceRequest, CardBalanceResponse, CalcBonusAmountRequest,
+        CalcBonusAmountResponse, CalcAndReserveBonusPayRequest, CalcAndReserveBonusPayResponse,
+        ParkingInfoRequest, ParkingInfoResponse, AdditionalInfoRequest, AdditionalInfoResponse>);
 
 // A response is its request echoed back with the service's additions; the
 // reservation request is a record of its own.
