@@ -7,7 +7,7 @@ set -euo pipefail
 packages=(
     cmake make g++ pkg-config
     qt6-base-dev libqt6sql6-sqlite
-    libcurl4-openssl-dev
+    libcurl4-openssl-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcpp-httplib-dev
 )

@@ -1,5 +1,6 @@
 #include "RestClient.h"
 
+#include "ContentDecoding.h"
 #include "SecretMasking.h"
 
 #include <morva/Config.h>
@@ -8,6 +9,9 @@
 
 #include <QStringList>
 
+#include <poll.h>
+
+#include <algorithm>
 #include <chrono>
 #include <mutex>
 
@@ -16,6 +20,20 @@
 // connection to the server open between calls. Every send() starts from
 // curl_easy_reset(), which forgets the previous request's options (method,
 // headers, body) but keeps the open connection.
+//
+// What libcurl does not guard, this file does:
+// - libcurl takes an idle connection with unread bytes on it for a live one
+//   and would read those bytes as the next reply. Before each exchange the
+//   kept connection is polled; anything on it (bytes, a close, an error), or
+//   an idle time over maxIdleMs, and the handle is replaced, which closes it.
+//   After a failed exchange the connection is never used again either.
+// - libcurl silently sends a request again on a new connection when a reused
+//   one dies before the reply. The pre-request callback sees every attempt
+//   and refuses the second one, so nothing is sent twice.
+// - Content codings are undone here, not by libcurl, which takes a cut gzip
+//   stream for a whole one. Accept-Encoding offers only what is configured.
+// - The final header block must frame the body unambiguously: one
+//   Content-Length value, and not together with Transfer-Encoding.
 //
 // Failures are told apart by whether the final header block of the reply had
 // arrived whole when the exchange broke off (see Exchange::headersComplete):
@@ -49,6 +67,12 @@ qint64 positiveInt64(const QString& text, qint64 fallback) {
     return ok && value > 0 ? value : fallback;
 }
 
+int nonNegativeInt(const QString& text, int fallback) {
+    bool ok = false;
+    const int value = text.trimmed().toInt(&ok);
+    return ok && value >= 0 ? value : fallback;
+}
+
 // Settings given by a caller, with the defaults in place of values that would
 // make libcurl wait for ever or refuse every reply.
 RestClient::Settings sanitized(RestClient::Settings settings) {
@@ -58,6 +82,10 @@ RestClient::Settings sanitized(RestClient::Settings settings) {
         settings.connectTimeoutMs = defaults().connectTimeoutMs;
     if (settings.maxBodyBytes <= 0)
         settings.maxBodyBytes = defaults().maxBodyBytes;
+    if (settings.maxIdleMs < 0)
+        settings.maxIdleMs = defaults().maxIdleMs;
+    if (morva::network::acceptEncodingFor(settings.acceptEncoding).isEmpty())
+        settings.acceptEncoding = defaults().acceptEncoding;
     return settings;
 }
 
@@ -87,6 +115,30 @@ QByteArray stripLineEnd(QByteArray line) {
     return line;
 }
 
+// Why the final header block cannot frame a body, or an empty string.
+QString framingProblem(const QMap<QByteArray, QByteArray>& headers) {
+    const auto length = headers.constFind("content-length");
+    if (length == headers.constEnd())
+        return QString();
+    if (headers.contains("transfer-encoding"))
+        return QStringLiteral("it has both Content-Length and Transfer-Encoding");
+    qint64 first = -1;
+    for (const QByteArray& part : length.value().split(',')) {
+        const QByteArray digits = part.trimmed();
+        bool ok = !digits.isEmpty() && std::all_of(digits.begin(), digits.end(),
+                                                   [](char c) { return c >= '0' && c <= '9'; });
+        const qint64 value = ok ? digits.toLongLong(&ok) : -1;
+        if (!ok)
+            return QStringLiteral("its Content-Length \"%1\" is not a number")
+                .arg(QString::fromLatin1(length.value()));
+        if (first >= 0 && value != first)
+            return QStringLiteral("it has conflicting Content-Length values (%1)")
+                .arg(QString::fromLatin1(length.value()));
+        first = value;
+    }
+    return QString();
+}
+
 // What libcurl's callbacks gather during one exchange.
 struct Exchange {
     qint64 maxBodyBytes = 0;
@@ -96,8 +148,11 @@ struct Exchange {
     int blockStatus = 0;          // status line of the header block being read
     bool headersComplete = false; // the final (non-1xx) header block has ended
     bool overLimit = false;       // the body outgrew maxBodyBytes
+    QString malformed;            // why the final header block was refused
+    int attempts = 0;             // times libcurl was about to send the request
 
-    void headerLine(const QByteArray& raw) {
+    // False refuses the reply, which ends the exchange.
+    bool headerLine(const QByteArray& raw) {
         const QByteArray line = stripLineEnd(raw);
         if (line.startsWith("HTTP/")) {
             // A new header block: an interim 1xx block or the final one.
@@ -106,23 +161,28 @@ struct Exchange {
             headersComplete = false;
             const QList<QByteArray> fields = line.simplified().split(' ');
             blockStatus = fields.size() > 1 ? fields.at(1).toInt() : 0;
-            return;
+            return true;
         }
         if (line.isEmpty()) {
-            if (blockStatus >= 200)
+            if (blockStatus >= 200 && !headersComplete) {
                 headersComplete = true;
-            return;
+                malformed = framingProblem(headers);
+                if (!malformed.isEmpty())
+                    return false;
+                reserveBody();
+            }
+            return true;
         }
         if (headersComplete)
-            return; // trailers after a chunked body are not kept
+            return true; // trailers after a chunked body are not kept
         if ((line.startsWith(' ') || line.startsWith('\t')) && !lastHeaderName.isEmpty()) {
             QByteArray& value = headers[lastHeaderName];
             value += ' ' + line.trimmed();
-            return;
+            return true;
         }
         const qsizetype colon = line.indexOf(':');
         if (colon <= 0)
-            return;
+            return true;
         const QByteArray name = line.left(colon).trimmed().toLower();
         const QByteArray value = line.mid(colon + 1).trimmed();
         auto it = headers.find(name);
@@ -131,6 +191,16 @@ struct Exchange {
         else
             it.value() += ", " + value;
         lastHeaderName = name;
+        return true;
+    }
+
+    // A body of announced length is held in one allocation of that size, so
+    // that the peak memory of a reply is its size, not the next power of two.
+    void reserveBody() {
+        bool ok = false;
+        const qint64 length = headers.value("content-length").toLongLong(&ok);
+        if (ok && length > 0 && length <= maxBodyBytes)
+            body.reserve(qsizetype(length));
     }
 
     bool bodyData(const char* data, size_t size) {
@@ -146,11 +216,12 @@ struct Exchange {
 size_t onHeader(char* data, size_t size, size_t count, void* user) {
     const size_t length = size * count;
     try {
-        static_cast<Exchange*>(user)->headerLine(QByteArray(data, qsizetype(length)));
+        return static_cast<Exchange*>(user)->headerLine(QByteArray(data, qsizetype(length)))
+                   ? length
+                   : 0;
     } catch (...) {
         return 0;
     }
-    return length;
 }
 
 size_t onBody(char* data, size_t size, size_t count, void* user) {
@@ -160,6 +231,14 @@ size_t onBody(char* data, size_t size, size_t count, void* user) {
     } catch (...) {
         return 0;
     }
+}
+
+// Called by libcurl right before it sends the request on a connection. A
+// second call in one exchange is libcurl retrying on a new connection after
+// the first one died, when the request may already have been received.
+int onPrerequest(void* user, char*, char*, int, int) {
+    return ++static_cast<Exchange*>(user)->attempts > 1 ? CURL_PREREQFUNC_ABORT
+                                                        : CURL_PREREQFUNC_OK;
 }
 
 QString describeParts(const QList<http::Part>& parts) {
@@ -173,17 +252,34 @@ QString describeParts(const QList<http::Part>& parts) {
 } // namespace
 
 struct RestClient::Private {
+    using Clock = std::chrono::steady_clock;
+
     Settings settings;
+    QByteArray acceptEncoding; // the header's value, from settings
     const Log4Qt::Logger* logger = nullptr;
     CURL* curl = nullptr;
     char errorBuffer[CURL_ERROR_SIZE] = {};
     http::Response response;
+
+    // The connection that libcurl keeps after a successful exchange, and
+    // when that exchange ended.
+    curl_socket_t keptSocket = CURL_SOCKET_BAD;
+    Clock::time_point keptSince;
 
     http::Response exchange(const http::Request& request);
 
     // Sets the handle's options for this request; what libcurl refused, if anything.
     CURLcode prepare(const http::Request& request, const QByteArray& method, Exchange& exchange,
                      Slist& headers, Mime& mime);
+
+    // The response for what libcurl and the callbacks made of the exchange.
+    http::Response outcome(CURLcode code, Exchange& exchange, long status,
+                           const QString& shownUrl) const;
+
+    // Closes the kept connection unless it is fit to carry the next request.
+    void dropConnectionIfUnfit();
+    // Replaces the easy handle, which closes its connection.
+    void dropConnection();
 
     QString curlDetail(CURLcode code) const {
         const QString summary = QString::fromUtf8(curl_easy_strerror(code));
@@ -207,7 +303,13 @@ RestClient::Settings RestClient::Settings::fromConfig() {
     settings.caFile = config->value(QStringLiteral("Network:caFile")).trimmed();
     settings.maxBodyBytes = positiveInt64(config->value(QStringLiteral("Network:maxBodyBytes")),
                                           defaults().maxBodyBytes);
-    return settings;
+    const QString encoding = config->value(QStringLiteral("Network:acceptEncoding")).trimmed();
+    settings.acceptEncoding = encoding.isEmpty() ? defaults().acceptEncoding : encoding;
+    settings.maxIdleMs =
+        nonNegativeInt(config->value(QStringLiteral("Network:maxIdleMs")), defaults().maxIdleMs);
+    settings.proxy = config->value(QStringLiteral("Network:proxy")).trimmed();
+    settings.noProxy = config->value(QStringLiteral("Network:noProxy")).trimmed();
+    return sanitized(settings);
 }
 
 RestClient::RestClient()
@@ -217,6 +319,7 @@ RestClient::RestClient(const Settings& settings)
     : d(std::make_unique<Private>()) {
     initCurlOnce();
     d->settings = sanitized(settings);
+    d->acceptEncoding = morva::network::acceptEncodingFor(d->settings.acceptEncoding);
     d->curl = curl_easy_init();
 }
 
@@ -247,6 +350,8 @@ CURLcode RestClient::Private::prepare(const http::Request& request, const QByteA
                                       Exchange& exchange, Slist& headers, Mime& mime) {
     const QByteArray url = request.url.toEncoded();
     const QByteArray caFile = settings.caFile.toLocal8Bit();
+    const QByteArray proxy = settings.proxy.toUtf8();
+    const QByteArray noProxy = settings.noProxy.toUtf8();
     const bool multipart = !request.parts.isEmpty();
 
     // The first thing that libcurl refused; the rest is then skipped.
@@ -270,7 +375,14 @@ CURLcode RestClient::Private::prepare(const http::Request& request, const QByteA
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    set(CURLOPT_ACCEPT_ENCODING, "");
+    set(CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
+    set(CURLOPT_MAXCONNECTS, 1L);
+    // An empty proxy turns off the environment's; an empty list sends every
+    // host through a configured one.
+    set(CURLOPT_PROXY, proxy.constData());
+    set(CURLOPT_NOPROXY, noProxy.constData());
+    set(CURLOPT_PREREQFUNCTION, &onPrerequest);
+    set(CURLOPT_PREREQDATA, static_cast<void*>(&exchange));
     set(CURLOPT_TIMEOUT_MS, long(settings.timeoutMs));
     set(CURLOPT_CONNECTTIMEOUT_MS, long(settings.connectTimeoutMs));
     set(CURLOPT_SSL_VERIFYPEER, 1L);
@@ -284,9 +396,12 @@ CURLcode RestClient::Private::prepare(const http::Request& request, const QByteA
     set(CURLOPT_WRITEDATA, static_cast<void*>(&exchange));
 
     bool hasContentType = false;
+    bool hasAcceptEncoding = false;
     for (auto it = request.headers.begin(); it != request.headers.end(); ++it) {
         if (it.key().compare("content-type", Qt::CaseInsensitive) == 0)
             hasContentType = true;
+        if (it.key().compare("accept-encoding", Qt::CaseInsensitive) == 0)
+            hasAcceptEncoding = true;
         // "Name;" is libcurl's way of sending a header with an empty value.
         addHeader(it.value().isEmpty() ? it.key() + ';' : it.key() + ": " + it.value());
     }
@@ -295,6 +410,8 @@ CURLcode RestClient::Private::prepare(const http::Request& request, const QByteA
         addHeader(request.body.isEmpty() ? QByteArray("Content-Type:")
                                          : QByteArray("Content-Type: application/json"));
     }
+    if (!hasAcceptEncoding)
+        addHeader("Accept-Encoding: " + acceptEncoding);
     addHeader("Expect:");
     set(CURLOPT_HTTPHEADER, headers.get());
 
@@ -337,6 +454,108 @@ CURLcode RestClient::Private::prepare(const http::Request& request, const QByteA
     return result;
 }
 
+void RestClient::Private::dropConnection() {
+    keptSocket = CURL_SOCKET_BAD;
+    if (curl)
+        curl_easy_cleanup(curl);
+    curl = curl_easy_init();
+}
+
+void RestClient::Private::dropConnectionIfUnfit() {
+    if (keptSocket == CURL_SOCKET_BAD)
+        return;
+    bool fit = Clock::now() - keptSince <= std::chrono::milliseconds(settings.maxIdleMs);
+    if (fit) {
+        // An idle connection has nothing to say: bytes are a reply nobody
+        // asked for, a readable end is the server's close, and either way
+        // the connection must not carry this call.
+        pollfd idle{keptSocket, POLLIN, 0};
+        fit = ::poll(&idle, 1, 0) == 0;
+    }
+    if (!fit)
+        dropConnection();
+}
+
+http::Response RestClient::Private::outcome(CURLcode code, Exchange& exchange, long status,
+                                            const QString& shownUrl) const {
+    using Failure = http::Response::Failure;
+    http::Response response;
+    const auto fail = [&response](Failure failure, const QString& message) {
+        response.failure = failure;
+        response.error = tr::Tr(message);
+        return response;
+    };
+    const auto overLimit = [&] {
+        return fail(Failure::Content, QStringLiteral("Reply from %1 exceeds the limit of %2 bytes")
+                                          .arg(shownUrl, QString::number(settings.maxBodyBytes)));
+    };
+    // Once the request went out, no reply does not mean not carried out.
+    const QString maybeReceived =
+        exchange.attempts > 0
+            ? QStringLiteral("; the request was sent, so the server may have received it")
+            : QString();
+
+    if (!curl)
+        return fail(
+            Failure::Network,
+            QStringLiteral("Cannot reach %1: the HTTP library did not start").arg(shownUrl));
+    if (!exchange.malformed.isEmpty())
+        return fail(
+            Failure::Content,
+            QStringLiteral("Malformed reply from %1: %2").arg(shownUrl, exchange.malformed));
+    if (code == CURLE_FILESIZE_EXCEEDED || (code == CURLE_WRITE_ERROR && exchange.overLimit))
+        return overLimit();
+    if (code == CURLE_ABORTED_BY_CALLBACK && exchange.attempts > 1)
+        return fail(Failure::Network,
+                    QStringLiteral("Cannot reach %1: the connection closed before the reply%2")
+                        .arg(shownUrl, maybeReceived));
+    if (code == CURLE_OK && !exchange.headersComplete) {
+        // libcurl takes a connection closed after the status line for the
+        // end of a reply; without the end of its headers it is no reply.
+        return fail(Failure::Network, QStringLiteral("Cannot reach %1: the connection closed "
+                                                     "before the reply's headers were complete%2")
+                                          .arg(shownUrl, maybeReceived));
+    }
+    if (code != CURLE_OK && exchange.headersComplete)
+        return fail(Failure::Content,
+                    QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, curlDetail(code)));
+    if (code == CURLE_WEIRD_SERVER_REPLY && exchange.blockStatus >= 200)
+        return fail(Failure::Content,
+                    QStringLiteral("Malformed reply from %1: %2").arg(shownUrl, curlDetail(code)));
+    if (code != CURLE_OK)
+        return fail(
+            Failure::Network,
+            QStringLiteral("Cannot reach %1: %2%3").arg(shownUrl, curlDetail(code), maybeReceived));
+
+    QByteArray body = std::move(exchange.body);
+    const QByteArray coding = exchange.headers.value("content-encoding");
+    if (!coding.isEmpty()) {
+        using Outcome = morva::network::DecodedBody::Outcome;
+        morva::network::DecodedBody decoded =
+            morva::network::decodeContent(coding, std::move(body), settings.maxBodyBytes);
+        switch (decoded.outcome) {
+        case Outcome::Decoded:
+            body = std::move(decoded.body);
+            break;
+        case Outcome::Truncated:
+            return fail(
+                Failure::Content,
+                QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, decoded.problem));
+        case Outcome::Corrupt:
+        case Outcome::Unsupported:
+            return fail(
+                Failure::Content,
+                QStringLiteral("Undecodable reply from %1: %2").arg(shownUrl, decoded.problem));
+        case Outcome::OverLimit:
+            return overLimit();
+        }
+    }
+    response.statusCode = int(status);
+    response.body = std::move(body);
+    response.headers = std::move(exchange.headers);
+    return response;
+}
+
 http::Response RestClient::Private::exchange(const http::Request& request) {
     const auto started = std::chrono::steady_clock::now();
     const QByteArray method = request.method.isEmpty() ? QByteArray("GET") : request.method;
@@ -358,6 +577,7 @@ http::Response RestClient::Private::exchange(const http::Request& request) {
     errorBuffer[0] = '\0';
 
     CURLcode code = CURLE_FAILED_INIT;
+    dropConnectionIfUnfit();
     if (curl) {
         curl_easy_reset(curl);
         code = prepare(request, method, exchange, headers, mime);
@@ -370,44 +590,34 @@ http::Response RestClient::Private::exchange(const http::Request& request) {
     if (curl) {
         curl_easy_getinfo(curl, CURLINFO_SIZE_UPLOAD_T, &sent);
         curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+        if (curl_easy_getinfo(curl, CURLINFO_ACTIVESOCKET, &keptSocket) != CURLE_OK)
+            keptSocket = CURL_SOCKET_BAD;
+        keptSince = Clock::now();
         // The handle must not keep pointers to this call's header list, body,
         // error buffer and exchange; the open connection stays.
         curl_easy_reset(curl);
     }
-    const qint64 received = exchange.body.size();
+    const qint64 onTheWire = exchange.body.size();
 
-    http::Response response;
-    QString outcome;
-    if (code == CURLE_OK && !exchange.headersComplete) {
-        // libcurl takes a connection closed after the status line for the
-        // end of a reply; without the end of its headers it is no reply.
-        response.failure = http::Response::Failure::Network;
-        response.error = tr::Tr(QStringLiteral("Cannot reach %1: the connection closed before "
-                                               "the reply's headers were complete")
-                                    .arg(shownUrl));
-        outcome = QStringLiteral("network failure");
-    } else if (code == CURLE_OK) {
-        response.statusCode = int(status);
-        response.body = std::move(exchange.body);
-        response.headers = std::move(exchange.headers);
-        outcome = QString::number(response.statusCode);
-    } else if (code == CURLE_FILESIZE_EXCEEDED ||
-               (code == CURLE_WRITE_ERROR && exchange.overLimit)) {
-        response.failure = http::Response::Failure::Content;
-        response.error = tr::Tr(QStringLiteral("Reply from %1 exceeds the limit of %2 bytes")
-                                    .arg(shownUrl, QString::number(settings.maxBodyBytes)));
-        outcome = QStringLiteral("content failure");
-    } else if (exchange.headersComplete) {
-        response.failure = http::Response::Failure::Content;
-        response.error =
-            tr::Tr(QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, curlDetail(code)));
-        outcome = QStringLiteral("content failure");
-    } else {
-        response.failure = http::Response::Failure::Network;
-        response.error = tr::Tr(
-            !curl ? QStringLiteral("Cannot reach %1: the HTTP library did not start").arg(shownUrl)
-                  : QStringLiteral("Cannot reach %1: %2").arg(shownUrl, curlDetail(code)));
-        outcome = QStringLiteral("network failure");
+    http::Response response = outcome(code, exchange, status, shownUrl);
+    // A decoded reply is logged with the size it was handed over with.
+    const qint64 received =
+        response.failure == http::Response::Failure::None ? response.body.size() : onTheWire;
+    // Whatever is left on a connection after a failure is nobody's reply.
+    if (response.failure != http::Response::Failure::None)
+        dropConnection();
+
+    QString shown;
+    switch (response.failure) {
+    case http::Response::Failure::None:
+        shown = QString::number(response.statusCode);
+        break;
+    case http::Response::Failure::Network:
+        shown = QStringLiteral("network failure");
+        break;
+    case http::Response::Failure::Content:
+        shown = QStringLiteral("content failure");
+        break;
     }
 
     if (logInfo) {
@@ -415,10 +625,10 @@ http::Response RestClient::Private::exchange(const http::Request& request) {
                                  std::chrono::steady_clock::now() - started)
                                  .count();
         // One arg() call: a URL's percent escapes must not be taken for markers.
-        QString line = QStringLiteral("%1 %2 -> %3 in %4 ms (sent %5 B, received %6 B)")
-                           .arg(QString::fromLatin1(method), shownUrl, outcome,
-                                QString::number(qint64(elapsed)), QString::number(qint64(sent)),
-                                QString::number(received));
+        QString line =
+            QStringLiteral("%1 %2 -> %3 in %4 ms (sent %5 B, received %6 B)")
+                .arg(QString::fromLatin1(method), shownUrl, shown, QString::number(qint64(elapsed)),
+                     QString::number(qint64(sent)), QString::number(received));
         if (response.failure != http::Response::Failure::None)
             line += QStringLiteral(": ") + response.error.text();
         logger->info(line);

@@ -14,11 +14,26 @@
 // event loop and no QCoreApplication. One client keeps one connection alive
 // across its calls; calls on one client must not overlap.
 //
+// A call's reply is always its own: a kept connection is used again only if
+// nothing arrived on it while it was idle and it has been idle for less than
+// maxIdleMs; otherwise a new one is opened. A request that may have reached
+// the server is never sent again by the client: if the connection dies after
+// the request went out, the exchange is a network failure whose message says
+// so, and the caller decides.
+//
 // Settings are read from Config when the client is made:
 //   "Network:timeoutMs"        whole exchange, default 15000
 //   "Network:connectTimeoutMs" default 5000
 //   "Network:caFile"           a CA bundle trusted in addition to the system's
-//   "Network:maxBodyBytes"     largest reply body accepted, default 64 MiB
+//   "Network:maxBodyBytes"     largest reply body accepted, before and after
+//                              decoding, default 4 MiB
+//   "Network:acceptEncoding"   codings offered for replies: "gzip" (default),
+//                              "deflate", a list of both, or "none"
+//   "Network:maxIdleMs"        a connection idle for longer is not used again,
+//                              default 4000 (below common servers' keep-alive)
+//   "Network:proxy"            proxy URL; none by default. The environment's
+//                              http_proxy and the like are never used.
+//   "Network:noProxy"          hosts reached without the proxy (libcurl's list)
 // TLS peers are always verified.
 //
 // A network condition never throws: it is reported in the Response (see
@@ -33,7 +48,11 @@ public:
         int timeoutMs = 15000;
         int connectTimeoutMs = 5000;
         QString caFile;
-        qint64 maxBodyBytes = 64 * 1024 * 1024;
+        qint64 maxBodyBytes = 4 * 1024 * 1024;
+        QString acceptEncoding = QStringLiteral("gzip");
+        int maxIdleMs = 4000;
+        QString proxy;
+        QString noProxy;
 
         static Settings fromConfig(); // the host's Config singleton, made if need be
     };

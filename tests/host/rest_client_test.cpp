@@ -468,6 +468,7 @@ struct BrokenReplyRow {
     std::string reply;
     RawServer::Then then;
     Failure failure;
+    const char* messageStart = nullptr; // else the usual one of its kind of failure
 };
 
 // Rows are shown by name in test output.
@@ -487,10 +488,11 @@ TEST_P(RestClientBrokenReplyTest, IsReportedAsItsKindOfFailure) {
     client.send(makeRequest("POST", url, "{}"));
     const auto elapsed = Clock::now() - started;
 
-    expectFailure(client.response(), row.failure,
-                  row.failure == Failure::Network
-                      ? QStringLiteral("Cannot reach %1: ").arg(url)
-                      : QStringLiteral("Incomplete reply from %1: ").arg(url));
+    const QString start = row.messageStart ? QString::fromUtf8(row.messageStart)
+                          : row.failure == Failure::Network
+                              ? QStringLiteral("Cannot reach")
+                              : QStringLiteral("Incomplete reply from");
+    expectFailure(client.response(), row.failure, QStringLiteral("%1 %2: ").arg(start, url));
     EXPECT_LT(elapsed, timeoutBound);
 }
 
@@ -527,7 +529,7 @@ INSTANTIATE_TEST_SUITE_P(
         BrokenReplyRow{"UndecodableEncoding",
                        "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 10\r\n\r\n"
                        "not gzip!!",
-                       RawServer::Then::Close, Failure::Content}),
+                       RawServer::Then::Close, Failure::Content, "Undecodable reply from"}),
     [](const testing::TestParamInfo<BrokenReplyRow>& info) {
         return std::string(info.param.name);
     });
@@ -677,7 +679,11 @@ TEST(RestClientSettingsTest, FromConfigReadsTheNetworkKeys) {
     ConfigScope config({{"Network:timeoutMs", "1234"},
                         {"Network:connectTimeoutMs", "567"},
                         {"Network:caFile", "/etc/vesk/extra-ca.pem"},
-                        {"Network:maxBodyBytes", "1048576"}});
+                        {"Network:maxBodyBytes", "1048576"},
+                        {"Network:acceptEncoding", "deflate, gzip"},
+                        {"Network:maxIdleMs", "0"},
+                        {"Network:proxy", "http://proxy.example:3128"},
+                        {"Network:noProxy", "localhost,127.0.0.1"}});
 
     const RestClient::Settings settings = RestClient::Settings::fromConfig();
 
@@ -685,6 +691,10 @@ TEST(RestClientSettingsTest, FromConfigReadsTheNetworkKeys) {
     EXPECT_EQ(settings.connectTimeoutMs, 567);
     EXPECT_EQ(settings.caFile, "/etc/vesk/extra-ca.pem");
     EXPECT_EQ(settings.maxBodyBytes, 1048576);
+    EXPECT_EQ(settings.acceptEncoding, "deflate, gzip");
+    EXPECT_EQ(settings.maxIdleMs, 0);
+    EXPECT_EQ(settings.proxy, "http://proxy.example:3128");
+    EXPECT_EQ(settings.noProxy, "localhost,127.0.0.1");
 }
 
 TEST(RestClientSettingsTest, FromConfigGivesTheDefaultsWhenNothingIsSet) {
@@ -695,7 +705,11 @@ TEST(RestClientSettingsTest, FromConfigGivesTheDefaultsWhenNothingIsSet) {
     EXPECT_EQ(settings.timeoutMs, 15000);
     EXPECT_EQ(settings.connectTimeoutMs, 5000);
     EXPECT_EQ(settings.caFile, "");
-    EXPECT_EQ(settings.maxBodyBytes, 67108864);
+    EXPECT_EQ(settings.maxBodyBytes, 4194304);
+    EXPECT_EQ(settings.acceptEncoding, "gzip");
+    EXPECT_EQ(settings.maxIdleMs, 4000);
+    EXPECT_EQ(settings.proxy, "");
+    EXPECT_EQ(settings.noProxy, "");
 }
 
 struct MalformedRow {
@@ -714,13 +728,17 @@ TEST_P(RestClientMalformedSettingTest, FallsBackToTheDefault) {
     const QString value = QString::fromUtf8(GetParam().value);
     ConfigScope config({{"Network:timeoutMs", value},
                         {"Network:connectTimeoutMs", value},
-                        {"Network:maxBodyBytes", value}});
+                        {"Network:maxBodyBytes", value},
+                        {"Network:maxIdleMs", value == "0" ? QStringLiteral("-1") : value},
+                        {"Network:acceptEncoding", value}});
 
     const RestClient::Settings settings = RestClient::Settings::fromConfig();
 
     EXPECT_EQ(settings.timeoutMs, 15000);
     EXPECT_EQ(settings.connectTimeoutMs, 5000);
-    EXPECT_EQ(settings.maxBodyBytes, 67108864);
+    EXPECT_EQ(settings.maxBodyBytes, 4194304);
+    EXPECT_EQ(settings.maxIdleMs, 4000);
+    EXPECT_EQ(settings.acceptEncoding, "gzip");
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, RestClientMalformedSettingTest,
@@ -733,6 +751,61 @@ INSTANTIATE_TEST_SUITE_P(Values, RestClientMalformedSettingTest,
                          [](const testing::TestParamInfo<MalformedRow>& info) {
                              return std::string(info.param.name);
                          });
+
+struct EncodingRow {
+    const char* name;
+    const char* configured;
+    const char* sent; // the request's Accept-Encoding
+};
+
+// Rows are shown by name in test output.
+void PrintTo(const EncodingRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class RestClientAcceptEncodingTest : public testing::TestWithParam<EncodingRow> {};
+
+TEST_P(RestClientAcceptEncodingTest, OffersTheConfiguredCodings) {
+    ConfigScope config({{"Network:acceptEncoding", QString::fromUtf8(GetParam().configured)}});
+    LoopbackServer server;
+    server.replyToAll(200, R"({"ok": true})");
+    RestClient client;
+
+    const http::Response response = exchange(client, makeRequest("POST", server.url("/x"), "{}"));
+
+    ASSERT_EQ(response.statusCode, 200);
+    EXPECT_EQ(text(response.body), R"({"ok": true})");
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(headerValues(requests[0], "Accept-Encoding"),
+              std::vector<std::string>{GetParam().sent});
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, RestClientAcceptEncodingTest,
+                         testing::Values(EncodingRow{"Default", "", "gzip"},
+                                         EncodingRow{"Gzip", "gzip", "gzip"},
+                                         EncodingRow{"None", "none", "identity"},
+                                         EncodingRow{"Identity", "identity", "identity"},
+                                         EncodingRow{"Both", "Deflate, gzip", "deflate, gzip"},
+                                         EncodingRow{"Unknown", "br", "gzip"},
+                                         EncodingRow{"UnknownInAList", "gzip, zstd", "gzip"}),
+                         [](const testing::TestParamInfo<EncodingRow>& info) {
+                             return std::string(info.param.name);
+                         });
+
+TEST(RestClientTest, AcceptEncodingGivenByTheCallerIsKept) {
+    LoopbackServer server;
+    server.replyToAll(200, "{}");
+    RestClient client(testSettings());
+    http::Request request = makeRequest("POST", server.url("/x"), "{}");
+    request.headers.insert("Accept-Encoding", "identity");
+
+    ASSERT_EQ(exchange(client, request).statusCode, 200);
+
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), 1u);
+    EXPECT_EQ(headerValues(requests[0], "Accept-Encoding"), std::vector<std::string>{"identity"});
+}
 
 TEST(RestClientSettingsTest, SurroundingSpacesAreIgnored) {
     ConfigScope config({{"Network:timeoutMs", " 2500 "}, {"Network:caFile", " /ca.pem "}});
@@ -763,7 +836,7 @@ TEST(RestClientSettingsTest, NonPositiveGivenSettingsFallBackToTheDefaults) {
 
     EXPECT_EQ(client.settings().timeoutMs, 15000);
     EXPECT_EQ(client.settings().connectTimeoutMs, 5000);
-    EXPECT_EQ(client.settings().maxBodyBytes, 67108864);
+    EXPECT_EQ(client.settings().maxBodyBytes, 4194304);
 }
 
 // ---------------------------------------------------------------------------
