@@ -1,5 +1,6 @@
 #include "HttpFront.h"
 
+#include "Compression.h"
 #include "DiscountService.h"
 #include "Log.h"
 #include "LoyaltyService.h"
@@ -26,14 +27,30 @@ const char* const salesPath = "/api/axapta/ExchangeData_Sales/";
 
 constexpr size_t maxBodyBytes = 8 * 1024 * 1024;
 
-void replyJson(httplib::Response& response, int status, const QJsonObject& object) {
+// Replies shorter than this go out as they are: compressing a few hundred
+// bytes costs the server more than it saves on the wire.
+constexpr qsizetype compressFromBytes = 1024;
+
+// Sets a JSON reply, gzip-compressed when it is large and the client takes
+// gzip. The media type carries its charset, which also keeps the HTTP
+// library from compressing on its own (it would pick brotli, slow to make).
+void replyJson(const httplib::Request& request, httplib::Response& response, int status,
+               const QJsonObject& object) {
+    static const char* const mediaType = "application/json; charset=utf-8";
     response.status = status;
-    response.set_content(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString(),
-                         "application/json");
+    const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    if (body.size() >= compressFromBytes &&
+        acceptsGzip(request.get_header_value("Accept-Encoding"))) {
+        response.set_header("Content-Encoding", "gzip");
+        response.set_content(gzip(body).toStdString(), mediaType);
+        return;
+    }
+    response.set_content(body.toStdString(), mediaType);
 }
 
-void replyError(httplib::Response& response, int status, int code, const QString& userMsg) {
-    replyJson(response, status,
+void replyError(const httplib::Request& request, httplib::Response& response, int status, int code,
+                const QString& userMsg) {
+    replyJson(request, response, status,
               QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("userMsg"), userMsg}});
 }
 
@@ -126,23 +143,23 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
         const QJsonDocument document =
             QJsonDocument::fromJson(QByteArray::fromStdString(request.body), &parseError);
         if (request.body.empty())
-            return replyError(response, 400, code::badBody,
+            return replyError(request, response, 400, code::badBody,
                               QStringLiteral("The body is empty: a JSON object is expected"));
         if (parseError.error != QJsonParseError::NoError)
-            return replyError(response, 400, code::badBody,
+            return replyError(request, response, 400, code::badBody,
                               QStringLiteral("The body is not JSON: %1 at offset %2")
                                   .arg(parseError.errorString())
                                   .arg(parseError.offset));
         if (!document.isObject())
-            return replyError(response, 400, code::badBody,
+            return replyError(request, response, 400, code::badBody,
                               QStringLiteral("The body is JSON but not an object"));
         try {
             const QVariant reply = op(document.object().toVariantMap());
-            replyJson(response, 200, QJsonObject::fromVariantMap(reply.toMap()));
+            replyJson(request, response, 200, QJsonObject::fromVariantMap(reply.toMap()));
         } catch (const ServiceError& e) {
-            replyError(response, e.status(), e.code(), e.userMsg());
+            replyError(request, response, e.status(), e.code(), e.userMsg());
         } catch (const std::exception& e) {
-            replyError(response, 500, code::internal,
+            replyError(request, response, 500, code::internal,
                        QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
         }
     };
@@ -159,11 +176,11 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     const auto other = [this](const httplib::Request& request, httplib::Response& response) {
         if (operations_.count(request.path))
             replyError(
-                response, 405, code::wrongMethod,
+                request, response, 405, code::wrongMethod,
                 QStringLiteral("%1 takes POST only").arg(QString::fromStdString(request.path)));
         else
             replyError(
-                response, 404, code::unknownPath,
+                request, response, 404, code::unknownPath,
                 QStringLiteral("No operation at %1").arg(QString::fromStdString(request.path)));
         qCDebug(lcEmulator).noquote() << describe(request, response.status, 0);
     };
@@ -176,21 +193,21 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     // Failures that httplib answers itself (a body over the limit, a request
     // it cannot read) get the same kind of body as the operations' errors.
     server->set_error_handler(httplib::Server::HandlerWithResponse(
-        [](const httplib::Request&, httplib::Response& response) {
+        [](const httplib::Request& request, httplib::Response& response) {
             if (!response.body.empty())
                 return httplib::Server::HandlerResponse::Unhandled;
             const int status = response.status;
             replyError(
-                response, status, status,
+                request, response, status, status,
                 status == 413
                     ? QStringLiteral("The body is larger than 8 MiB")
                     : QStringLiteral("The request could not be read (HTTP status %1)").arg(status));
             return httplib::Server::HandlerResponse::Handled;
         }));
-    server->set_exception_handler(
-        [](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
-            replyError(response, 500, code::internal, QStringLiteral("The emulator failed"));
-        });
+    server->set_exception_handler([](const httplib::Request& request, httplib::Response& response,
+                                     std::exception_ptr) {
+        replyError(request, response, 500, code::internal, QStringLiteral("The emulator failed"));
+    });
 
     const std::string address = host.toStdString();
     const int bound = port == 0 ? server->bind_to_any_port(address)
