@@ -1,7 +1,10 @@
 #pragma once
 
+#include <mutex>
+
 // The host's process-wide instance of T, made on first use with `new T()` and
-// never destroyed. Not guarded: the first use must happen on one thread.
+// never destroyed. The first use may happen on several threads at once: one
+// of them makes the instance, the others wait for it.
 //
 // The storage of `instance` is defined by whoever owns T, as an explicit
 // specialisation declared in T's header:
@@ -13,8 +16,12 @@ public:
     static T* instance;
 
     static T* getInstance() {
+        if (T* made = __atomic_load_n(&instance, __ATOMIC_ACQUIRE))
+            return made;
+        static std::mutex making;
+        std::lock_guard<std::mutex> lock(making);
         if (!instance)
-            instance = new T();
+            __atomic_store_n(&instance, new T(), __ATOMIC_RELEASE);
         return instance;
     }
 };

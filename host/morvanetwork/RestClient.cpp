@@ -1,18 +1,21 @@
 #include "RestClient.h"
 
 #include "ContentDecoding.h"
-#include "SecretMasking.h"
 
+#include <masking/SecretMasking.h>
 #include <morva/Config.h>
 
 #include <curl/curl.h>
 
+#include <QFileInfo>
+#include <QSet>
 #include <QStringList>
 
 #include <poll.h>
 
 #include <algorithm>
 #include <chrono>
+#include <limits>
 #include <mutex>
 
 // The exchange runs on libcurl's easy interface: one easy handle per client,
@@ -55,22 +58,62 @@ void initCurlOnce() {
     std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
-int positiveInt(const QString& text, int fallback) {
-    bool ok = false;
-    const int value = text.trimmed().toInt(&ok);
-    return ok && value > 0 ? value : fallback;
-}
+// Reads the "Network:" keys. A value that its key cannot take is warned
+// about, once per key and value in a process (every client reads them),
+// naming the key, the value and what is used instead.
+class SettingsReader {
+public:
+    SettingsReader()
+        : config_(*Singleton<Config>::getInstance()) {}
 
-qint64 positiveInt64(const QString& text, qint64 fallback) {
-    bool ok = false;
-    const qint64 value = text.trimmed().toLongLong(&ok);
-    return ok && value > 0 ? value : fallback;
-}
+    QString text(const char* key) const {
+        return config_.value(QLatin1String("Network:") + QLatin1String(key)).trimmed();
+    }
 
-int nonNegativeInt(const QString& text, int fallback) {
-    bool ok = false;
-    const int value = text.trimmed().toInt(&ok);
-    return ok && value >= 0 ? value : fallback;
+    // A whole number of at least `minimum`; `unit` names what it counts.
+    qint64 number(const char* key, qint64 fallback, qint64 minimum, const char* unit) const {
+        const QString value = text(key);
+        if (value.isEmpty())
+            return fallback;
+        bool ok = false;
+        const qint64 number = value.toLongLong(&ok);
+        if (ok && number >= minimum && number <= std::numeric_limits<int>::max())
+            return number;
+        warn(key, value,
+             QStringLiteral("a whole number of %1 of at least %2")
+                 .arg(QLatin1String(unit), QString::number(minimum)),
+             QString::number(fallback));
+        return fallback;
+    }
+
+    static void warn(const char* key, const QString& value, const QString& expected,
+                     const QString& used) {
+        static std::mutex lock;
+        static QSet<QString> warned;
+        const QString id = QLatin1String(key) + QLatin1Char('=') + value;
+        {
+            std::lock_guard<std::mutex> guard(lock);
+            if (warned.contains(id))
+                return;
+            warned.insert(id);
+        }
+        Log4Qt::LogManager::logger(QStringLiteral("morvanetwork"))
+            ->warn(QStringLiteral("Network:%1 = \"%2\" is not %3; using %4")
+                       .arg(QLatin1String(key), value, expected, used));
+    }
+
+private:
+    const Config& config_;
+};
+
+bool isProxyUrl(const QString& text) {
+    if (!text.contains(QLatin1String("://")))
+        return !text.contains(QLatin1Char(' ')); // host[:port], reached over http
+    const QUrl url(text, QUrl::StrictMode);
+    static const QStringList schemes{QStringLiteral("http"),   QStringLiteral("https"),
+                                     QStringLiteral("socks4"), QStringLiteral("socks4a"),
+                                     QStringLiteral("socks5"), QStringLiteral("socks5h")};
+    return url.isValid() && schemes.contains(url.scheme().toLower()) && !url.host().isEmpty();
 }
 
 // Settings given by a caller, with the defaults in place of values that would
@@ -245,7 +288,7 @@ QString describeParts(const QList<http::Part>& parts) {
     QStringList shown;
     for (const http::Part& part : parts)
         shown << QStringLiteral("%1: %2").arg(QString::fromUtf8(part.name),
-                                              morva::network::maskSecrets(part.body));
+                                              vesk::masking::maskSecrets(part.body));
     return QStringLiteral("multipart [%1]").arg(shown.join(QStringLiteral(", ")));
 }
 
@@ -294,21 +337,37 @@ struct RestClient::Private {
 };
 
 RestClient::Settings RestClient::Settings::fromConfig() {
-    const Config* config = Singleton<Config>::getInstance();
+    const SettingsReader read;
     Settings settings;
-    settings.timeoutMs =
-        positiveInt(config->value(QStringLiteral("Network:timeoutMs")), defaults().timeoutMs);
-    settings.connectTimeoutMs = positiveInt(
-        config->value(QStringLiteral("Network:connectTimeoutMs")), defaults().connectTimeoutMs);
-    settings.caFile = config->value(QStringLiteral("Network:caFile")).trimmed();
-    settings.maxBodyBytes = positiveInt64(config->value(QStringLiteral("Network:maxBodyBytes")),
-                                          defaults().maxBodyBytes);
-    const QString encoding = config->value(QStringLiteral("Network:acceptEncoding")).trimmed();
+    settings.timeoutMs = int(read.number("timeoutMs", defaults().timeoutMs, 1, "milliseconds"));
+    settings.connectTimeoutMs =
+        int(read.number("connectTimeoutMs", defaults().connectTimeoutMs, 1, "milliseconds"));
+    settings.maxBodyBytes = read.number("maxBodyBytes", defaults().maxBodyBytes, 1, "bytes");
+    settings.maxIdleMs = int(read.number("maxIdleMs", defaults().maxIdleMs, 0, "milliseconds"));
+
+    settings.caFile = read.text("caFile");
+    if (!settings.caFile.isEmpty() && !QFileInfo(settings.caFile).isReadable()) {
+        SettingsReader::warn("caFile", settings.caFile, QStringLiteral("a readable file"),
+                             QStringLiteral("it all the same: https calls will fail to verify "
+                                            "their servers"));
+    }
+
+    const QString encoding = read.text("acceptEncoding");
     settings.acceptEncoding = encoding.isEmpty() ? defaults().acceptEncoding : encoding;
-    settings.maxIdleMs =
-        nonNegativeInt(config->value(QStringLiteral("Network:maxIdleMs")), defaults().maxIdleMs);
-    settings.proxy = config->value(QStringLiteral("Network:proxy")).trimmed();
-    settings.noProxy = config->value(QStringLiteral("Network:noProxy")).trimmed();
+    if (morva::network::acceptEncodingFor(settings.acceptEncoding).isEmpty()) {
+        SettingsReader::warn("acceptEncoding", encoding,
+                             QStringLiteral("a list of gzip and deflate, or none"),
+                             defaults().acceptEncoding);
+        settings.acceptEncoding = defaults().acceptEncoding;
+    }
+
+    settings.proxy = read.text("proxy");
+    if (!settings.proxy.isEmpty() && !isProxyUrl(settings.proxy)) {
+        SettingsReader::warn("proxy", settings.proxy, QStringLiteral("a proxy URL"),
+                             QStringLiteral("no proxy"));
+        settings.proxy.clear();
+    }
+    settings.noProxy = read.text("noProxy");
     return sanitized(settings);
 }
 
@@ -559,14 +618,14 @@ http::Response RestClient::Private::outcome(CURLcode code, Exchange& exchange, l
 http::Response RestClient::Private::exchange(const http::Request& request) {
     const auto started = std::chrono::steady_clock::now();
     const QByteArray method = request.method.isEmpty() ? QByteArray("GET") : request.method;
-    const QString shownUrl = morva::network::maskUrl(request.url);
+    const QString shownUrl = vesk::masking::maskUrl(request.url);
     const bool logInfo = logger && logger->isInfoEnabled();
     const bool logDebug = logger && logger->isDebugEnabled();
 
     if (logDebug) {
         logger->debug(QStringLiteral("%1 %2 request: %3")
                           .arg(QString::fromLatin1(method), shownUrl,
-                               request.parts.isEmpty() ? morva::network::maskSecrets(request.body)
+                               request.parts.isEmpty() ? vesk::masking::maskSecrets(request.body)
                                                        : describeParts(request.parts)));
     }
 
@@ -636,7 +695,7 @@ http::Response RestClient::Private::exchange(const http::Request& request) {
     if (logDebug && response.failure == http::Response::Failure::None) {
         logger->debug(QStringLiteral("%1 %2 reply: %3")
                           .arg(QString::fromLatin1(method), shownUrl,
-                               morva::network::maskSecrets(response.body)));
+                               vesk::masking::maskSecrets(response.body)));
     }
     return response;
 }

@@ -1,5 +1,7 @@
 #include <morva/Config.h>
 
+#include "support/LogCapture.h"
+
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -93,6 +95,48 @@ TEST(ConfigSingleton, IsEmptyUntilMadeThenStaysTheSame) {
     EXPECT_EQ(Singleton<Config>::getInstance(), made);
     delete made;
     Singleton<Config>::instance = previous;
+}
+
+TEST(Config, FileThatDoesNotExistIsWarnedAboutAndEveryKeyTakesItsDefault) {
+    QTemporaryDir dir;
+    const QString missing = dir.filePath(QStringLiteral("missing.ini"));
+    setenv("MORVA_CONFIG", missing.toLocal8Bit().constData(), 1);
+    vesk::test::LogCapture log;
+
+    const Config config;
+    unsetenv("MORVA_CONFIG");
+
+    EXPECT_EQ(config.value("Network:timeoutMs", "15000"), QStringLiteral("15000"));
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first(),
+              QStringLiteral("morva.config warning: $MORVA_CONFIG names \"%1\", which does not "
+                             "exist; every key takes its default")
+                  .arg(missing));
+}
+
+TEST(Config, FolderInsteadOfAFileIsWarnedAbout) {
+    QTemporaryDir dir;
+    setenv("MORVA_CONFIG", dir.path().toLocal8Bit().constData(), 1);
+    vesk::test::LogCapture log;
+
+    const Config config;
+    unsetenv("MORVA_CONFIG");
+
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first(),
+              QStringLiteral("morva.config warning: $MORVA_CONFIG names \"%1\", which is not a "
+                             "file; every key takes its default")
+                  .arg(dir.path()));
+}
+
+TEST(Config, ReadableFileIsReadWithoutAWarning) {
+    const ConfigFile file("[Network]\ntimeoutMs=3000\n");
+    vesk::test::LogCapture log;
+
+    const Config config;
+
+    EXPECT_EQ(config.value("Network:timeoutMs"), QStringLiteral("3000"));
+    EXPECT_EQ(log.all(), "");
 }
 
 } // namespace

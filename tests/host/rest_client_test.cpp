@@ -6,6 +6,7 @@
 #include <morva/RestClient.h>
 
 #include "support/ConfigScope.h"
+#include "support/LogCapture.h"
 #include "support/LoopbackServer.h"
 #include "support/RawServer.h"
 
@@ -26,6 +27,7 @@ namespace {
 
 using vesk::test::closedPort;
 using vesk::test::ConfigScope;
+using vesk::test::LogCapture;
 using vesk::test::LoopbackServer;
 using vesk::test::RawServer;
 using vesk::test::RecordedRequest;
@@ -807,6 +809,75 @@ TEST(RestClientTest, AcceptEncodingGivenByTheCallerIsKept) {
     EXPECT_EQ(headerValues(requests[0], "Accept-Encoding"), std::vector<std::string>{"identity"});
 }
 
+struct WarnedSettingRow {
+    const char* name;
+    const char* key;
+    const char* value;
+    const char* warning; // after "morvanetwork warning: "
+};
+
+void PrintTo(const WarnedSettingRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class RestClientWarnedSettingTest : public testing::TestWithParam<WarnedSettingRow> {};
+
+TEST_P(RestClientWarnedSettingTest, NamesTheKeyTheValueAndWhatIsUsedOnce) {
+    const WarnedSettingRow& row = GetParam();
+    ConfigScope config({{QString::fromUtf8(row.key), QString::fromUtf8(row.value)}});
+    LogCapture log;
+
+    RestClient::Settings::fromConfig();
+    RestClient::Settings::fromConfig(); // every client reads them: one warning is enough
+
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first().toStdString(),
+              std::string("morvanetwork warning: ") + row.warning);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, RestClientWarnedSettingTest,
+    testing::Values(
+        WarnedSettingRow{"TimeoutWithUnit", "Network:timeoutMs", "1500ms",
+                         "Network:timeoutMs = \"1500ms\" is not a whole number of milliseconds of "
+                         "at least 1; using 15000"},
+        WarnedSettingRow{"NegativeTimeout", "Network:timeoutMs", "-5",
+                         "Network:timeoutMs = \"-5\" is not a whole number of milliseconds of at "
+                         "least 1; using 15000"},
+        WarnedSettingRow{"ZeroConnectTimeout", "Network:connectTimeoutMs", "0",
+                         "Network:connectTimeoutMs = \"0\" is not a whole number of milliseconds "
+                         "of at least 1; using 5000"},
+        WarnedSettingRow{"BodyLimitInMegabytes", "Network:maxBodyBytes", "4M",
+                         "Network:maxBodyBytes = \"4M\" is not a whole number of bytes of at "
+                         "least 1; using 4194304"},
+        WarnedSettingRow{"NegativeIdleTime", "Network:maxIdleMs", "-1",
+                         "Network:maxIdleMs = \"-1\" is not a whole number of milliseconds of at "
+                         "least 0; using 4000"},
+        WarnedSettingRow{"UnknownEncoding", "Network:acceptEncoding", "br",
+                         "Network:acceptEncoding = \"br\" is not a list of gzip and deflate, or "
+                         "none; using gzip"},
+        WarnedSettingRow{"ProxyOfAnotherScheme", "Network:proxy", "ftp://proxy:21",
+                         "Network:proxy = \"ftp://proxy:21\" is not a proxy URL; using no proxy"},
+        WarnedSettingRow{"MissingCaFile", "Network:caFile", "/nonexistent/ca.pem",
+                         "Network:caFile = \"/nonexistent/ca.pem\" is not a readable file; using "
+                         "it all the same: https calls will fail to verify their servers"}),
+    [](const testing::TestParamInfo<WarnedSettingRow>& info) {
+        return std::string(info.param.name);
+    });
+
+TEST(RestClientSettingsTest, GoodValuesAreTakenWithoutAWarning) {
+    ConfigScope config({{"Network:timeoutMs", "2500"},
+                        {"Network:proxy", "http://proxy.shop.lan:3128"},
+                        {"Network:acceptEncoding", "none"}});
+    LogCapture log;
+
+    const RestClient::Settings settings = RestClient::Settings::fromConfig();
+
+    EXPECT_EQ(settings.timeoutMs, 2500);
+    EXPECT_EQ(settings.proxy, "http://proxy.shop.lan:3128");
+    EXPECT_EQ(log.all(), "");
+}
+
 TEST(RestClientSettingsTest, SurroundingSpacesAreIgnored) {
     ConfigScope config({{"Network:timeoutMs", " 2500 "}, {"Network:caFile", " /ca.pem "}});
 
@@ -841,51 +912,6 @@ TEST(RestClientSettingsTest, NonPositiveGivenSettingsFallBackToTheDefaults) {
 
 // ---------------------------------------------------------------------------
 // The log
-
-// Collects what Qt's logging writes while it lives, with the given filter
-// rules in force; puts the previous handler back and clears the rules after.
-class LogCapture {
-public:
-    explicit LogCapture(const QString& rules) {
-        {
-            const std::lock_guard<std::mutex> lock(mutex());
-            captured().clear();
-        }
-        previous_ = qInstallMessageHandler(&LogCapture::handle);
-        QLoggingCategory::setFilterRules(rules);
-    }
-    ~LogCapture() {
-        QLoggingCategory::setFilterRules(QString());
-        qInstallMessageHandler(previous_);
-    }
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
-
-    QStringList lines() const {
-        const std::lock_guard<std::mutex> lock(mutex());
-        return captured();
-    }
-    std::string all() const { return lines().join(QLatin1Char('\n')).toStdString(); }
-
-private:
-    static std::mutex& mutex() {
-        static std::mutex instance;
-        return instance;
-    }
-    static QStringList& captured() {
-        static QStringList instance;
-        return instance;
-    }
-    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-        static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
-        const std::lock_guard<std::mutex> lock(mutex());
-        captured() << QStringLiteral("%1 %2: %3")
-                          .arg(QString::fromUtf8(context.category ? context.category : "-"),
-                               QString::fromLatin1(levels[type]), message);
-    }
-
-    QtMessageHandler previous_ = nullptr;
-};
 
 // Filter rules that turn on a logger's debug and info lines.
 QString allLevels(const QString& category) {

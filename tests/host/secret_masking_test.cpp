@@ -1,7 +1,8 @@
-// How RestClient's log shows bodies and addresses: secrets masked, the rest
-// as compact JSON (members of an object in name order), non-JSON never shown.
+// How the logs show bodies, addresses and values: secrets and personal data
+// masked, the rest as compact JSON (members of an object in name order),
+// non-JSON never shown in the exchange log.
 
-#include "SecretMasking.h"
+#include <masking/SecretMasking.h>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +11,10 @@
 
 namespace {
 
-using morva::network::maskSecrets;
-using morva::network::maskUrl;
+using vesk::masking::excerpt;
+using vesk::masking::maskedValue;
+using vesk::masking::maskSecrets;
+using vesk::masking::maskUrl;
 
 struct MaskRow {
     const char* name;
@@ -63,17 +66,36 @@ INSTANTIATE_TEST_SUITE_P(
                 R"({"items":[{"discCardId":"1111222233334444","qty":2},{"hash":"x"}],)"
                 R"("tags":["a","b"]})",
                 R"({"items":[{"discCardId":"***4444","qty":2},{"hash":"***"}],"tags":["a","b"]})"},
-        MaskRow{"ArrayUnderASecretKeyHasEachElementMasked",
-                R"({"card":["1234567812345678","98765",4321],"token":["a","b"]})",
-                R"({"card":["***5678","***8765","***"],"token":["***","***"]})"},
-        MaskRow{"ObjectUnderASecretKeyIsWalked", R"({"token":{"pinCode":"1111","kind":"bearer"}})",
-                R"({"token":{"kind":"bearer","pinCode":"***"}})"},
-        MaskRow{"BooleansAndNullsUnderSecretKeysStay",
-                R"({"pinCode":null,"hash":false,"card":true})",
-                R"({"card":true,"hash":false,"pinCode":null})"},
+        MaskRow{"ArrayUnderACardKeyHasEachElementMasked",
+                R"({"card":["1234567812345678","98765",4321,true]})",
+                R"({"card":["***5678","***8765","***","***"]})"},
+        MaskRow{"ObjectUnderACardKeyHasEachValueMasked",
+                R"({"presentCard":{"number":"2775000000011","kind":7}})",
+                R"({"presentCard":{"kind":"***","number":"***0011"}})"},
+        MaskRow{"WholeValueUnderAHiddenKeyWhateverItsType",
+                R"({"token":{"pinCode":"1111","kind":"bearer"},"hash":["a","b"],)"
+                R"("pinCode":null,"password":false})",
+                R"({"hash":"***","password":"***","pinCode":"***","token":"***"})"},
+        MaskRow{"KeysMatchInAnyLetterCase",
+                R"({"PinCode":"1234","TOKEN":"t","CardNumber":"4000001234567899",)"
+                R"("BoutiqueCardId":"7700112233"})",
+                R"({"BoutiqueCardId":"***2233","CardNumber":"***7899","PinCode":"***",)"
+                R"("TOKEN":"***"})"},
+        MaskRow{"HoldersPersonalDataMasked",
+                R"({"fio":"Anna Petrova","clientFIO":"Anna Petrova","phone":"+79001234567",)"
+                R"("email":"anna@example.org","birthDate":"1990-01-31","lastName":"Petrova"})",
+                R"({"birthDate":"***","clientFIO":"***","email":"***","fio":"***",)"
+                R"("lastName":"***","phone":"***"})"},
+        MaskRow{"CardOfEveryService",
+                R"({"discCardId":"2775000000011","boutiqueCardId":"2775000000028",)"
+                R"("discountCard":"2775000000035","presentCard":"2775000000042"})",
+                R"({"boutiqueCardId":"***0028","discCardId":"***0011",)"
+                R"("discountCard":"***0035","presentCard":"***0042"})"},
         MaskRow{"SimilarKeysAreNotSecrets",
-                R"({"cardholder":"Ann Lee","pin":"1234","Token":"x","cards":"12345678"})",
-                R"({"Token":"x","cardholder":"Ann Lee","cards":"12345678","pin":"1234"})"},
+                R"({"cardholder":"Ann Lee","pin":"1234","cardType":"GOLD","cards":"12345678",)"
+                R"("correctPin":1,"tokenCorrectness":1})",
+                R"({"cardType":"GOLD","cardholder":"Ann Lee","cards":"12345678","correctPin":1,)"
+                R"("pin":"1234","tokenCorrectness":1})"},
         MaskRow{"CardLastFourCountsCharactersNotBytes", R"({"card":"№ 12345678 ÿé€€"})",
                 R"({"card":"***ÿé€€"})"},
         MaskRow{"SpacesAroundJsonAreDropped", " \n{ \"token\" : \"abc\" }\n", R"({"token":"***"})"},
@@ -116,5 +138,79 @@ INSTANTIATE_TEST_SUITE_P(
                            "http://127.0.0.1/find?token=abc&card=1234567812345678&n=2&pinCode=1",
                            "http://127.0.0.1/find?token=***&card=***5678&n=2&pinCode=***"}),
     [](const testing::TestParamInfo<UrlRow>& info) { return std::string(info.param.name); });
+
+struct ValueRow {
+    const char* name;
+    const char* key;
+    QVariant value;
+    std::string shown;
+};
+
+void PrintTo(const ValueRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class MaskedValueTest : public testing::TestWithParam<ValueRow> {};
+
+TEST_P(MaskedValueTest, ShowsAMembersValueAsADiagnosticDoes) {
+    const ValueRow& row = GetParam();
+    EXPECT_EQ(maskedValue(QString::fromUtf8(row.key), row.value).toStdString(), row.shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, MaskedValueTest,
+    testing::Values(
+        ValueRow{"Text", "barcodeType", QStringLiteral("EAN"), "\"EAN\""},
+        ValueRow{"Integer", "properties", qlonglong(2147483648), "2147483648"},
+        ValueRow{"Fraction", "qty", 2.5, "2.5"}, ValueRow{"Null", "name", QVariant(), "null"},
+        ValueRow{"Boolean", "ok", true, "true"},
+        ValueRow{"Object", "lines", QVariantMap{{"a", 1}}, R"({"a":1})"},
+        ValueRow{"List", "publicities", QVariantList{1, "x"}, R"([1,"x"])"},
+        ValueRow{"Card", "DiscCardId", QStringLiteral("2775000000011"), "\"***0011\""},
+        ValueRow{"CardInAList", "discCardId", QVariantList{QStringLiteral("2775000000011")},
+                 R"(["***0011"])"},
+        ValueRow{"TokenObject", "token", QVariantMap{{"secret", "T-998877"}}, "\"***\""},
+        ValueRow{"PersonalName", "clientFIO", QStringLiteral("Anna Petrova"), "\"***\""},
+        ValueRow{"LongTextIsCut", "name", QString(100, QLatin1Char('a')),
+                 "\"" + std::string(79, 'a') + "…"}),
+    [](const testing::TestParamInfo<ValueRow>& info) { return std::string(info.param.name); });
+
+struct ExcerptRow {
+    const char* name;
+    QByteArray body;
+    int maxChars;
+    std::string shown;
+};
+
+void PrintTo(const ExcerptRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class ExcerptTest : public testing::TestWithParam<ExcerptRow> {};
+
+TEST_P(ExcerptTest, ShowsTheStartOfABodyWithoutItsSecrets) {
+    const ExcerptRow& row = GetParam();
+    EXPECT_EQ(excerpt(row.body, row.maxChars).toStdString(), row.shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bodies, ExcerptTest,
+    testing::Values(
+        ExcerptRow{"Html", "<html><body>Bad gateway</body></html>", 200,
+                   "<html><body>Bad gateway</body></html>"},
+        ExcerptRow{"HtmlCut", "<html><body>Bad gateway</body></html>", 12, "<html><body>…"},
+        ExcerptRow{"JsonMaskedThenCut", R"({"token":"abc","n":1})", 200,
+                   R"({"n":1,"token":"***"})"},
+        ExcerptRow{"CutJsonKeepsNoSecret",
+                   R"({"pinCode": "1234", "discCardId": "2775000000011", "token": "abc)", 200,
+                   R"({"pinCode": "***", "discCardId": "***0011", "token": "***")"},
+        ExcerptRow{"CardDigitsInText", "card 2775000000011 refused", 200, "card ***0011 refused"},
+        ExcerptRow{"ControlBytesEscaped",
+                   QByteArray("a\nb\x01"
+                              "c",
+                              5),
+                   200, "a\\nb\\x01c"},
+        ExcerptRow{"Empty", "", 200, ""}),
+    [](const testing::TestParamInfo<ExcerptRow>& info) { return std::string(info.param.name); });
 
 } // namespace
