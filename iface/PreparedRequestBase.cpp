@@ -1,7 +1,11 @@
 #include "PreparedRequestBase.h"
 
+#include "CallGates.h"
 #include "NetworkException.h"
+#include "PreparedRequest.h"
+#include "ReplyDiagnostics.h"
 #include "records/Conversion.h"
+#include "records/Losses.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,6 +15,9 @@
 #include <limits>
 
 namespace vesk {
+
+namespace diagnostics = detail::diagnostics;
+
 namespace {
 
 // The "code" of an error reply: a JSON number with no fraction within the
@@ -25,12 +32,27 @@ int errorCode(const QJsonValue& value) {
     return static_cast<int>(code);
 }
 
-[[noreturn]] void raise(const http::Response& response, const QJsonObject& reply) {
+[[noreturn]] void raise(const http::Response& response, const QJsonObject& reply,
+                        const Log4Qt::Logger& logger, const QString& url) {
     if (response.isNetworkError() || response.isContentNetworkError())
         throw NetworkException(response.error);
     const tr::Tr message(reply.value(QLatin1String("userMsg")).toString());
-    throw Exception(errorCode(reply.value(QLatin1String("code"))), message);
+    const int code = errorCode(reply.value(QLatin1String("code")));
+    if (!reply.value(QLatin1String("code")).isDouble() ||
+        !reply.value(QLatin1String("userMsg")).isString())
+        diagnostics::errorWithoutServiceFields(logger, url, response, reply, code, message.text());
+    throw Exception(code, message);
 }
+
+// Collects what the reply's members lost on their way into a record.
+class LossCollector final : public records::LossObserver {
+public:
+    void lost(const QMetaObject& record, const char* member, const char* expected,
+              const QVariant& given, const QVariant& kept) override {
+        losses.push_back({&record, member, expected, given, kept});
+    }
+    std::vector<diagnostics::Loss> losses;
+};
 
 } // namespace
 
@@ -39,20 +61,56 @@ QVariant PreparedRequestBase::getResponseVariant() const {
         client ? client : QSharedPointer<RestClient>::create();
 
     http::Response response;
+    const Log4Qt::Logger* logger = nullptr;
     {
         http::Request request;
         request.method = QByteArrayLiteral("POST");
         request.url = QUrl(url, QUrl::TolerantMode);
         request.body =
             QJsonDocument(QJsonObject::fromVariantMap(body.toMap())).toJson(QJsonDocument::Compact);
-        performer->send(request);
+        if (client) {
+            // A shared client carries one exchange at a time, whoever calls.
+            const detail::CallGates::Call call = detail::CallGates::enter(performer.data(), url);
+            if (call.destroyed) {
+                throw NetworkException(tr::Tr(
+                    QStringLiteral("Cannot reach %1: the HTTP client of this call was destroyed "
+                                   "while still in use; nothing was sent")
+                        .arg(url)));
+            }
+            std::lock_guard<std::mutex> exchange(call.gate->exchange);
+            if (call.switchLogger)
+                performer->setLogger(call.logger);
+            performer->send(request);
+            response = performer->response();
+            logger = call.logger;
+        } else {
+            performer->send(request);
+            response = performer->response();
+            logger = detail::CallGates::loggerFor(nullptr, url);
+        }
     }
-    response = performer->response();
 
-    const QJsonObject reply = QJsonDocument::fromJson(response.body).object();
-    if (response.statusCode == 200)
+    const QJsonDocument document = QJsonDocument::fromJson(response.body);
+    const QJsonObject reply = document.object();
+    if (response.statusCode == 200) {
+        if (!document.isObject())
+            diagnostics::replyNotAnObject(*logger, url, response, document);
         return reply.toVariantMap();
-    raise(response, reply);
+    }
+    raise(response, reply, *logger, url);
+}
+
+void detail::readReply(const PreparedRequestBase& call, const QVariant& reply, void* record,
+                       const serder::details::Strategy& strategy, const QMetaObject& type) {
+    LossCollector collector;
+    {
+        const records::ObservedLosses observing(&collector);
+        strategy.deserialize(record, reply, type);
+    }
+    if (!collector.losses.empty()) {
+        diagnostics::membersLost(*detail::CallGates::loggerFor(call.client.data(), call.url),
+                                 call.url, collector.losses);
+    }
 }
 
 QVariant PreparedRequestBase::vesk_readUrl() const {

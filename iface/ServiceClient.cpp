@@ -1,5 +1,7 @@
 #include "ServiceClient.h"
 
+#include "CallGates.h"
+
 #include <morva/Config.h>
 #include <morva/Log4Qt.h>
 
@@ -12,21 +14,43 @@ QSharedPointer<RestClient> takeRestClient() {
     return QSharedPointer<RestClient>(new RestClient());
 }
 
+bool isAbsoluteHttpUrl(const QUrl& url) {
+    const QString scheme = url.scheme().toLower();
+    return url.isValid() && (scheme == QLatin1String("http") || scheme == QLatin1String("https")) &&
+           !url.host().isEmpty();
+}
+
 } // namespace
 
 ServiceClient::ServiceClient(const ServiceDescription& service)
     : client_(takeRestClient()) {
-    client_->setLogger(
-        Log4Qt::LogManager::logger(QString::fromLatin1(service.loggerName), QString()));
+    const Log4Qt::Logger* logger =
+        Log4Qt::LogManager::logger(QString::fromLatin1(service.loggerName), QString());
+    client_->setLogger(logger);
 
-    QString url = Singleton<Config>::getInstance()->value(QString::fromLatin1(service.configKey),
-                                                          QString::fromLatin1(service.defaultUrl));
+    const QString key = QString::fromLatin1(service.configKey);
+    const QString configured =
+        Singleton<Config>::getInstance()->value(key, QString::fromLatin1(service.defaultUrl));
+    QString url = configured;
     if (!url.endsWith(QLatin1Char('/')))
         url += QLatin1Char('/');
     baseUrl_ = QUrl(url, QUrl::TolerantMode);
+    if (!isAbsoluteHttpUrl(baseUrl_)) {
+        logger->warn(QStringLiteral("%1 = \"%2\" is not an absolute http or https URL; it is used "
+                                    "as given, so the calls of %3 will fail")
+                         .arg(key, configured, QString::fromLatin1(service.className)));
+    }
+    detail::CallGates::bind(client_.data(), this, QString::fromLatin1(service.className),
+                            baseUrl_.toString(), logger);
 }
 
-ServiceClient::~ServiceClient() = default;
+ServiceClient::~ServiceClient() {
+    detail::CallGates::unbind(client_.data(), this);
+}
+
+void ServiceClient::warnLateSubstitute() const {
+    detail::CallGates::warnLateSubstitute(client_.data(), this, MockFactory<RestClient>::mocked);
+}
 
 QUrl ServiceClient::endpointUrl(const char* endpoint) const {
     return baseUrl_.resolved(QUrl(QString::fromLatin1(endpoint), QUrl::TolerantMode));

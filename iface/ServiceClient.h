@@ -18,6 +18,7 @@ struct ServiceDescription {
     const char* configKey;  // "Vesk.disc:url"
     const char* defaultUrl; // a complete URL ending in "/"
     const char* loggerName; // "veskdisc"
+    const char* className;  // "vesk::disc::Api", as diagnostics name it
 };
 
 // What the three service clients share: the service's HTTP client, shared
@@ -30,8 +31,10 @@ public:
 
 protected:
     // Takes the RestClient installed in MockFactory (left owned by whoever
-    // installed it) or makes one; gives it the service's logger; reads the
-    // base URL from Config (made on first use) and ends it with "/".
+    // installed it, who must keep it alive while the service uses it) or
+    // makes one; gives it the service's logger; reads the base URL from
+    // Config (made on first use) and ends it with "/". A base URL that is not
+    // an absolute http(s) URL is used all the same, with a warning.
     explicit ServiceClient(const ServiceDescription& service);
     ~ServiceClient();
 
@@ -50,6 +53,8 @@ protected:
         static_assert(std::is_copy_constructible_v<Request> &&
                           std::is_copy_constructible_v<Response>,
                       "records are values");
+        if (MockFactory<RestClient>::mocked && MockFactory<RestClient>::mocked != client_.data())
+            warnLateSubstitute();
         PreparedRequest<Response> prepared;
         prepared.url = url.toString();
         serder::default_serder_type<Request>::strategy.serialize(&prepared.body, &request,
@@ -59,6 +64,8 @@ protected:
     }
 
 private:
+    void warnLateSubstitute() const;
+
     QSharedPointer<RestClient> client_;
     QUrl baseUrl_;
 };

@@ -5,8 +5,9 @@ vesk::disc::Api* Singleton<vesk::disc::Api>::instance = nullptr;
 
 namespace vesk::disc {
 
-const ServiceDescription Api::service = {
-    "Vesk.disc:url", "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/", "veskdisc"};
+const ServiceDescription Api::service = {"Vesk.disc:url",
+                                         "http://127.0.0.1:55555/api/axapta/ExchangeData_Disc/",
+                                         "veskdisc", "vesk::disc::Api"};
 
 Api::Api()
     : ServiceClient(service) {}

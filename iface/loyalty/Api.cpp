@@ -5,8 +5,9 @@ vesk::loyalty::Api* Singleton<vesk::loyalty::Api>::instance = nullptr;
 
 namespace vesk::loyalty {
 
-const ServiceDescription Api::service = {
-    "Vesk.loyalty:url", "http://127.0.0.1:55555/api/axapta/ExchangeData_Loyalty/", "veskloyalty"};
+const ServiceDescription Api::service = {"Vesk.loyalty:url",
+                                         "http://127.0.0.1:55555/api/axapta/ExchangeData_Loyalty/",
+                                         "veskloyalty", "vesk::loyalty::Api"};
 
 Api::Api()
     : ServiceClient(service) {}

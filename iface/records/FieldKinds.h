@@ -16,8 +16,15 @@
 
 #include <cmath>
 #include <optional>
+#include <type_traits>
 
 namespace vesk::field {
+
+// Every kind has: Value, the member's C++ type; read(), the member as a
+// variant; write(), which sets the member from a variant and returns whether
+// the value fit without loss (the member is set either way; the answer only
+// feeds diagnostics); equal(); and `expected`, what a fitting value is, for
+// those diagnostics.
 
 // A plain member of a scalar type: always present, always read as a variant
 // of its type (also 0, false or empty); a written value of another type, null
@@ -25,9 +32,14 @@ namespace vesk::field {
 template <class T>
 struct Plain {
     using Value = T;
+    static constexpr const char* expected = std::is_same_v<T, int>           ? "a 32-bit integer"
+                                            : std::is_same_v<T, double>      ? "a number"
+                                            : std::is_same_v<T, bool>        ? "a boolean"
+                                            : std::is_same_v<T, QStringList> ? "a list of strings"
+                                                                             : "a string";
     static QVariant read(const T& member) { return QVariant::fromValue(member); }
-    static void write(T& member, const QVariant& value) {
-        member = records::convertVariant<T>(value);
+    static bool write(T& member, const QVariant& value) {
+        return records::convertInto<T>(value, member);
     }
     static bool equal(const T& a, const T& b) { return a == b; }
 };
@@ -52,6 +64,7 @@ struct NumberWithin : Plain<double> {
 template <class Entry>
 struct List {
     using Value = QList<Entry>;
+    static constexpr const char* expected = "a list of objects";
 
     static QVariant read(const Value& member) {
         const auto& strategy = serder::default_serder_type<Entry>::strategy;
@@ -65,20 +78,23 @@ struct List {
         return list;
     }
 
-    static void write(Value& member, const QVariant& value) {
+    static bool write(Value& member, const QVariant& value) {
         const auto& strategy = serder::default_serder_type<Entry>::strategy;
         const int type = value.metaType().id();
         const QVariantList list = type == QMetaType::QString || type == QMetaType::QByteArray
                                       ? QVariantList()
                                       : value.toList();
+        bool fits = value.isNull() || type == QMetaType::QVariantList;
         Value entries;
         entries.reserve(list.size());
         for (const QVariant& map : list) {
+            fits = fits && map.metaType().id() == QMetaType::QVariantMap;
             Entry entry;
             strategy.deserialize(&entry, map, Entry::staticMetaObject);
             entries.append(std::move(entry));
         }
         member = std::move(entries);
+        return fits;
     }
 
     static bool equal(const Value& a, const Value& b) { return a == b; }
@@ -91,16 +107,18 @@ struct List {
 template <class Kind>
 struct Optional {
     using Value = std::optional<typename Kind::Value>;
+    static constexpr const char* expected = Kind::expected;
 
     static QVariant read(const Value& member) { return member ? Kind::read(*member) : QVariant(); }
-    static void write(Value& member, const QVariant& value) {
+    static bool write(Value& member, const QVariant& value) {
         if (value.isNull()) {
             member.reset();
-            return;
+            return true;
         }
         typename Kind::Value present{};
-        Kind::write(present, value);
+        const bool fits = Kind::write(present, value);
         member = std::move(present);
+        return fits;
     }
     static bool equal(const Value& a, const Value& b) {
         if (!a || !b)
@@ -114,12 +132,15 @@ struct Optional {
 // parsed as ISO 8601, anything else is converted with toDateTime().
 struct DateTime {
     using Value = QVariant;
+    static constexpr const char* expected = "an ISO 8601 date and time";
 
     static QVariant read(const Value& member) { return member.toDateTime(); }
-    static void write(Value& member, const QVariant& value) {
-        member = value.metaType().id() == QMetaType::QString
-                     ? QDateTime::fromString(value.toString(), Qt::ISODate)
-                     : value.toDateTime();
+    static bool write(Value& member, const QVariant& value) {
+        const bool text = value.metaType().id() == QMetaType::QString;
+        const QDateTime dateTime =
+            text ? QDateTime::fromString(value.toString(), Qt::ISODate) : value.toDateTime();
+        member = dateTime;
+        return value.isNull() || dateTime.isValid() || (text && value.toString().isEmpty());
     }
     static bool equal(const Value& a, const Value& b) { return a == b; }
 };

@@ -44,6 +44,10 @@
 //     Optional<Kind> and the  std::optional<...>      both absent, or both
 //     Optional... aliases                             present and equal
 //
+// Writing a member never fails: a value that does not fit leaves 0, false or
+// empty. Such a write is passed to the thread's LossObserver, if one is
+// installed (Losses.h), for diagnostics; nothing else comes of it.
+//
 // A record's meta-type is Qt's own for the class, named by its qualified
 // name ("vesk::disc::CardListEntry").
 //
@@ -52,6 +56,7 @@
 
 #include "Equality.h"
 #include "FieldKinds.h"
+#include "Losses.h"
 
 #include <QObject>
 #include <QVariant>
@@ -113,7 +118,10 @@ private:                                                                        
         return ::vesk::field::vesk_kind_::read(vesk_key_);                                         \
     }                                                                                              \
     void vesk_write_##vesk_key_(const QVariant& vesk_value_) {                                     \
-        ::vesk::field::vesk_kind_::write(vesk_key_, vesk_value_);                                  \
+        if (!::vesk::field::vesk_kind_::write(vesk_key_, vesk_value_))                             \
+            ::vesk::records::reportLoss(staticMetaObject, #vesk_key_,                              \
+                                        ::vesk::field::vesk_kind_::expected, vesk_value_,          \
+                                        ::vesk::field::vesk_kind_::read(vesk_key_));               \
     }                                                                                              \
     static constexpr int vesk_index_##vesk_key_ =                                                  \
         decltype(vesk_counter(::vesk::records::detail::LastSlot{}))::value;                        \

@@ -13,7 +13,8 @@ namespace {
 class EchoApi : public ServiceClient {
 public:
     EchoApi()
-        : ServiceClient({"Echo:url", "http://127.0.0.1:55555/api/echo/", "veskecho"}) {}
+        : ServiceClient({"Echo:url", "http://127.0.0.1:55555/api/echo/", "veskecho",
+                         "vesk::test::EchoApi"}) {}
     virtual PreparedRequest<Reply> echo(const SampleEntry& request) {
         return prepare<Reply>("./echo", request);
     }

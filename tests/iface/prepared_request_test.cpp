@@ -1,12 +1,14 @@
 // Performing a prepared request over a scripted HTTP client: what is sent,
 // and how each reply becomes a result or an exception.
 
+#include "support/ConfigScope.h"
 #include "support/Json.h"
 #include "support/ScriptedRestClient.h"
 #include "support/TestRecords.h"
 
 #include <vesk/NetworkException.h>
 #include <vesk/PreparedRequest.h>
+#include <vesk/vesk.h>
 
 #include <QMetaProperty>
 
@@ -243,6 +245,57 @@ TEST(TypedPreparedRequest, CopiesShareTheClient) {
     EXPECT_EQ(copy.client.data(), scripted);
     request = PreparedRequest<Reply>();
     EXPECT_EQ(ScriptedRestClient::liveInstances, 1);
+}
+
+// The accessor keeps and lends the record on a named prepared request, and
+// hands a temporary's record out by value, so that the one-line call cannot
+// keep a reference into a destroyed prepared request.
+static_assert(
+    std::is_same_v<decltype(std::declval<PreparedRequest<Reply>&>().response()), const Reply&>);
+static_assert(std::is_same_v<decltype(std::declval<PreparedRequest<Reply>>().response()), Reply>);
+
+PreparedRequest<Reply> preparedOver(ScriptedRestClient* scripted) {
+    PreparedRequest<Reply> request;
+    request.client = QSharedPointer<RestClient>(scripted);
+    return request;
+}
+
+TEST(TypedPreparedRequest, OneLineCallKeepsTheRecordAfterThePreparedRequestIsGone) {
+    auto* scripted = new ScriptedRestClient();
+    scripted->answer(200, R"({"text": "kept", "count": 7})");
+
+    const auto& reply = preparedOver(scripted).response();
+
+    // Built with AddressSanitizer, a reference into the destroyed temporary
+    // would be reported here.
+    EXPECT_EQ(reply.text, QStringLiteral("kept"));
+    EXPECT_EQ(reply.count, 7);
+    EXPECT_EQ(ScriptedRestClient::liveInstances, 0);
+}
+
+TEST(TypedPreparedRequest, OneLineCallThroughAServiceOperation) {
+    test::ConfigScope config;
+    ScriptedRestClient substitute;
+    MockFactory<RestClient>::mocked = &substitute;
+    sales::Api api;
+    MockFactory<RestClient>::mocked = nullptr;
+    substitute.answer(200, R"({"barcode": "4601234000017", "price": 1200})");
+
+    const auto& item = api.itemInfo(sales::ItemInfoRequest()).response();
+
+    EXPECT_EQ(item.barcode, QStringLiteral("4601234000017"));
+    EXPECT_EQ(item.price, 1200.0);
+}
+
+TEST(TypedPreparedRequest, TemporarysResponseStillPerformsOnlyOnce) {
+    auto* scripted = new ScriptedRestClient();
+    PreparedRequest<Reply> request = preparedOver(scripted);
+    scripted->answer(200, R"({"text": "first"})");
+    EXPECT_EQ(request.response().text, QStringLiteral("first"));
+    scripted->answer(200, R"({"text": "second"})");
+
+    EXPECT_EQ(std::move(request).response().text, QStringLiteral("first"));
+    EXPECT_EQ(scripted->sent.size(), 1u);
 }
 
 } // namespace

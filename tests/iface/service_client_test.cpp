@@ -3,12 +3,15 @@
 
 #include "support/ConfigScope.h"
 #include "support/Json.h"
+#include "support/LogCapture.h"
 #include "support/ScriptedRestClient.h"
 #include "support/TestRecords.h"
 
 #include <vesk/vesk.h>
 
 #include <gtest/gtest.h>
+
+#include <ostream>
 
 namespace vesk {
 namespace {
@@ -86,6 +89,52 @@ INSTANTIATE_TEST_SUITE_P(
                     ServiceCase{"sales", &defaultBase<sales::Api>,
                                 "http://127.0.0.1:55555/api/axapta/ExchangeData_Sales/"}),
     [](const auto& info) { return std::string(info.param.name); });
+
+struct BadUrlRow {
+    const char* name;
+    const char* configured;
+};
+
+void PrintTo(const BadUrlRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class BadBaseUrlTest : public testing::TestWithParam<BadUrlRow> {};
+
+TEST_P(BadBaseUrlTest, IsUsedAsGivenWithAWarning) {
+    const QString configured = QString::fromUtf8(GetParam().configured);
+    test::ConfigScope scope({{"Vesk.disc:url", configured}});
+    test::LogCapture log;
+
+    const disc::Api api;
+
+    EXPECT_EQ(api.baseUrl(), QUrl(configured + QLatin1Char('/'), QUrl::TolerantMode));
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first(),
+              QStringLiteral("veskdisc warning: Vesk.disc:url = \"%1\" is not an absolute http or "
+                             "https URL; it is used as given, so the calls of vesk::disc::Api will "
+                             "fail")
+                  .arg(configured));
+}
+
+INSTANTIATE_TEST_SUITE_P(Urls, BadBaseUrlTest,
+                         testing::Values(BadUrlRow{"NoScheme", "127.0.0.1:8080/api"},
+                                         BadUrlRow{"HostOnly", "backoffice/api"},
+                                         BadUrlRow{"OtherScheme", "ftp://backoffice/api"},
+                                         BadUrlRow{"NoHost", "http:///api"}),
+                         [](const testing::TestParamInfo<BadUrlRow>& info) {
+                             return std::string(info.param.name);
+                         });
+
+TEST(ServiceClient, HttpsBaseUrlIsTakenWithoutAWarning) {
+    test::ConfigScope scope({{"Vesk.disc:url", "https://backoffice.shop.lan/disc"}});
+    test::LogCapture log;
+
+    const disc::Api api;
+
+    EXPECT_EQ(api.baseUrl().toString(), QStringLiteral("https://backoffice.shop.lan/disc/"));
+    EXPECT_EQ(log.all(), "");
+}
 
 TEST(ServiceClient, ReadsEachServicesOwnKey) {
     ConfigScope scope({{"Vesk.disc:url", "http://d/"},
