@@ -1,5 +1,7 @@
 #include "RawServer.h"
 
+#include "LoopbackSocket.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -17,44 +19,12 @@ namespace {
 // The longest that any single wait of the server lasts.
 constexpr int waitLimitMs = 10000;
 
-int boundLoopbackSocket(int* port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0)
-        throw std::runtime_error("RawServer: socket() failed");
-    const int yes = 1;
-    ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = 0;
-    socklen_t length = sizeof address;
-    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-        ::close(fd);
-        throw std::runtime_error("RawServer: cannot bind 127.0.0.1");
-    }
-    *port = ntohs(address.sin_port);
-    return fd;
-}
-
-// The length that a request's headers announce for its body, 0 if none.
-std::size_t announcedLength(const std::string& head) {
-    std::string lower;
-    lower.reserve(head.size());
-    for (char c : head)
-        lower += char(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    const std::size_t at = lower.find("\r\ncontent-length:");
-    if (at == std::string::npos)
-        return 0;
-    return std::strtoul(lower.c_str() + at + 17, nullptr, 10);
-}
-
 } // namespace
 
 RawServer::RawServer(std::string reply, Then then)
     : reply_(std::move(reply))
     , then_(then) {
-    listener_ = boundLoopbackSocket(&port_);
+    listener_ = boundLoopbackSocket(&port_, "RawServer");
     int pipeFds[2];
     if (::listen(listener_, 16) != 0 || ::pipe2(pipeFds, O_CLOEXEC) != 0) {
         ::close(listener_);
@@ -148,7 +118,7 @@ void RawServer::answer(int connection) {
 
 int closedPort() {
     int port = 0;
-    ::close(boundLoopbackSocket(&port));
+    ::close(boundLoopbackSocket(&port, "closedPort"));
     return port;
 }
 
