@@ -1,14 +1,23 @@
 # The README's two commands. Both install what is missing, configure and build.
 #   make demo   one whole sale through the library against the emulator on 127.0.0.1:55555
 #   make test   build and pass every test (what CI runs)
+# And the checks that CI runs after them:
+#   make asan   the library's tests built with AddressSanitizer and UndefinedBehaviorSanitizer
+#   make tsan   the concurrency tests built with ThreadSanitizer
+#   make fuzz   every fuzzer, built with clang and both sanitizers, FUZZ_SECONDS each
 
 BUILD_DIR  ?= build
 BUILD_TYPE ?= RelWithDebInfo
 JOBS       ?= 2
+ASAN_DIR   ?= build-asan
+TSAN_DIR   ?= build-tsan
+FUZZ_DIR   ?= build-fuzz
+FUZZ_SECONDS ?= 30
+CTEST      := ctest --output-on-failure --timeout 300 -j$(JOBS)
 
 MAKEFLAGS += --no-print-directory
 
-.PHONY: all deps configure build test demo format clean
+.PHONY: all deps configure build test demo asan tsan fuzz format clean
 
 all: build
 
@@ -26,6 +35,33 @@ test: build
 
 demo: build
 	@$(BUILD_DIR)/tools/cli/vesk demo
+
+# The library's tests with AddressSanitizer and UndefinedBehaviorSanitizer;
+# -O1 keeps the build quick and the tests fast.
+asan: deps
+	@cmake -S . -B $(ASAN_DIR) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" \
+		-DVESK_SANITIZE="address;undefined" -DVESK_BUILD_TOOLS=OFF -DVESK_BUILD_BENCHMARKS=OFF \
+		--log-level=WARNING
+	@cmake --build $(ASAN_DIR) -j$(JOBS)
+	@cd $(ASAN_DIR) && ASAN_OPTIONS=detect_leaks=1 $(CTEST)
+
+# The concurrency tests with ThreadSanitizer.
+tsan: deps
+	@cmake -S . -B $(TSAN_DIR) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" \
+		-DVESK_SANITIZE=thread -DVESK_BUILD_TOOLS=OFF -DVESK_BUILD_BENCHMARKS=OFF \
+		--log-level=WARNING
+	@cmake --build $(TSAN_DIR) -j$(JOBS) --target concurrent_calls_test
+	@cd $(TSAN_DIR) && TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+		$(CTEST) -R '^Concurrent'
+
+# The fuzzers, built with clang and both sanitizers, each run FUZZ_SECONDS.
+fuzz: deps
+	@cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" \
+		-DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14 \
+		-DVESK_SANITIZE="address;undefined" -DVESK_BUILD_FUZZERS=ON \
+		-DVESK_BUILD_TESTS=OFF -DVESK_BUILD_BENCHMARKS=OFF --log-level=WARNING
+	@cmake --build $(FUZZ_DIR) -j$(JOBS) --target fuzzers
+	@scripts/run-fuzzers.sh $(FUZZ_DIR) $(FUZZ_SECONDS)
 
 format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i

@@ -18,12 +18,21 @@ function(vesk_stage_headers folder)
 endfunction()
 
 # vesk_configure_target(<target>): warnings and sanitizers of every target.
+# Undefined behaviour aborts instead of printing and going on, so that a test
+# or a fuzzer that meets it fails. With fuzzers on, every target is
+# instrumented for the fuzzers' coverage.
 function(vesk_configure_target target)
     target_compile_options(${target} PRIVATE -Wall -Wextra)
     if(VESK_SANITIZE)
         list(JOIN VESK_SANITIZE "," sanitizers)
         target_compile_options(${target} PRIVATE -fsanitize=${sanitizers} -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=${sanitizers})
+        if("undefined" IN_LIST VESK_SANITIZE)
+            target_compile_options(${target} PRIVATE -fno-sanitize-recover=undefined)
+        endif()
+    endif()
+    if(VESK_BUILD_FUZZERS)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
     endif()
 endfunction()
 

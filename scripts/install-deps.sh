@@ -10,6 +10,7 @@ packages=(
     libcurl4-openssl-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libcpp-httplib-dev
+    clang-14 libclang-rt-14-dev
 )
 
 missing=()

@@ -117,6 +117,38 @@ void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, Loyalt
         operation(loyalty, &LoyaltyService::chequeAdditionalInfo));
 }
 
+HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& body) const {
+    const auto error = [](int status, int code, const QString& userMsg) {
+        return Answer{status, QJsonObject{{QStringLiteral("code"), code},
+                                          {QStringLiteral("userMsg"), userMsg}}};
+    };
+    const auto op = operations_.find(path);
+    if (op == operations_.end())
+        return error(404, code::unknownPath,
+                     QStringLiteral("No operation at %1").arg(QString::fromStdString(path)));
+    QJsonParseError parseError;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &parseError);
+    if (body.isEmpty())
+        return error(400, code::badBody,
+                     QStringLiteral("The body is empty: a JSON object is expected"));
+    if (parseError.error != QJsonParseError::NoError)
+        return error(400, code::badBody,
+                     QStringLiteral("The body is not JSON: %1 at offset %2")
+                         .arg(parseError.errorString())
+                         .arg(parseError.offset));
+    if (!document.isObject())
+        return error(400, code::badBody, QStringLiteral("The body is JSON but not an object"));
+    try {
+        const QVariant reply = op->second(document.object().toVariantMap());
+        return Answer{200, QJsonObject::fromVariantMap(reply.toMap())};
+    } catch (const ServiceError& e) {
+        return error(e.status(), e.code(), e.userMsg());
+    } catch (const std::exception& e) {
+        return error(500, code::internal,
+                     QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
+    }
+}
+
 bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     if (server_) {
         if (error)
@@ -137,39 +169,14 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     server->set_keep_alive_timeout(1);
     server->set_payload_max_length(maxBodyBytes);
 
-    const auto serveOperation = [](const Operation& op, const httplib::Request& request,
-                                   httplib::Response& response) {
-        QJsonParseError parseError;
-        const QJsonDocument document =
-            QJsonDocument::fromJson(QByteArray::fromStdString(request.body), &parseError);
-        if (request.body.empty())
-            return replyError(request, response, 400, code::badBody,
-                              QStringLiteral("The body is empty: a JSON object is expected"));
-        if (parseError.error != QJsonParseError::NoError)
-            return replyError(request, response, 400, code::badBody,
-                              QStringLiteral("The body is not JSON: %1 at offset %2")
-                                  .arg(parseError.errorString())
-                                  .arg(parseError.offset));
-        if (!document.isObject())
-            return replyError(request, response, 400, code::badBody,
-                              QStringLiteral("The body is JSON but not an object"));
-        try {
-            const QVariant reply = op(document.object().toVariantMap());
-            replyJson(request, response, 200, QJsonObject::fromVariantMap(reply.toMap()));
-        } catch (const ServiceError& e) {
-            replyError(request, response, e.status(), e.code(), e.userMsg());
-        } catch (const std::exception& e) {
-            replyError(request, response, 500, code::internal,
-                       QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
-        }
-    };
-    for (const auto& [path, op] : operations_) {
-        const Operation* target = &op;
-        server->Post(path, [serveOperation, target](const httplib::Request& request,
-                                                    httplib::Response& response) {
+    for (const auto& entry : operations_) {
+        const std::string path = entry.first;
+        server->Post(path, [this, path](const httplib::Request& request,
+                                        httplib::Response& response) {
             QElapsedTimer timer;
             timer.start();
-            serveOperation(*target, request, response);
+            const Answer answered = answer(path, QByteArray::fromStdString(request.body));
+            replyJson(request, response, answered.status, answered.object);
             qCDebug(lcEmulator).noquote() << describe(request, response.status, timer.elapsed());
         });
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QVariant>
 
@@ -41,6 +42,14 @@ public:
     ~HttpFront(); // stops
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
+
+    // What an operation's path answers to a request body, as the routes send
+    // it: the status and the JSON object. The sockets' side is start()'s.
+    struct Answer {
+        int status;
+        QJsonObject object;
+    };
+    Answer answer(const std::string& path, const QByteArray& body) const;
 
     // Binds (port 0: any free port) and serves on background threads.
     bool start(const QString& host, quint16 port, QString* error);
