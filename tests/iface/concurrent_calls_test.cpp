@@ -4,6 +4,7 @@
 
 #include "support/ConfigScope.h"
 #include "support/LoopbackServer.h"
+#include "support/SubstituteApi.h"
 
 #include <vesk/vesk.h>
 
@@ -106,11 +107,9 @@ TEST(ConcurrentCalls, OneServiceFromManyThreadsGivesEachCallerItsOwnReply) {
 TEST(ConcurrentCalls, ServicesSharingOneSubstituteEachGetTheirOwnRepliesAndLoggers) {
     test::ConfigScope config;
     EchoClient substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    disc::Api disc;
-    loyalty::Api loyalty;
-    sales::Api sales;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto disc = test::apiOver<disc::Api>(substitute);
+    const auto loyalty = test::apiOver<loyalty::Api>(substitute);
+    const auto sales = test::apiOver<sales::Api>(substitute);
 
     std::atomic<int> wrong{0};
     onThreads(threadCount, [&](int t) {
@@ -120,19 +119,19 @@ TEST(ConcurrentCalls, ServicesSharingOneSubstituteEachGetTheirOwnRepliesAndLogge
             case 0: {
                 disc::DiscCalcRequest request;
                 request.chequeId = id;
-                wrong += disc.discCalc(request).response().chequeId != id;
+                wrong += disc->discCalc(request).response().chequeId != id;
                 break;
             }
             case 1: {
                 loyalty::ProcessIdRequest request;
                 request.discCardId = id;
-                wrong += loyalty.processId(request).response().discCardId != id;
+                wrong += loyalty->processId(request).response().discCardId != id;
                 break;
             }
             default: {
                 sales::ItemInfoRequest request;
                 request.barcode = id;
-                wrong += sales.itemInfo(request).response().barcode != id;
+                wrong += sales->itemInfo(request).response().barcode != id;
                 break;
             }
             }
@@ -154,12 +153,10 @@ TEST(ConcurrentCalls, ServicesSharingOneSubstituteEachGetTheirOwnRepliesAndLogge
 TEST(ConcurrentCalls, PreparedRequestsCopiedAcrossThreadsShareOneClientSafely) {
     test::ConfigScope config;
     EchoClient substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    sales::Api sales;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto sales = test::apiOver<sales::Api>(substitute);
     sales::ItemInfoRequest request;
     request.barcode = QStringLiteral("4601234000017");
-    const PreparedRequest<sales::ItemInfoResponse> prepared = sales.itemInfo(request);
+    const PreparedRequest<sales::ItemInfoResponse> prepared = sales->itemInfo(request);
 
     std::atomic<int> wrong{0};
     onThreads(threadCount, [&](int) {

@@ -4,6 +4,7 @@
 #include "support/ConfigScope.h"
 #include "support/Json.h"
 #include "support/ScriptedRestClient.h"
+#include "support/SubstituteApi.h"
 #include "support/TestRecords.h"
 
 #include <vesk/NetworkException.h>
@@ -276,12 +277,10 @@ TEST(TypedPreparedRequest, OneLineCallKeepsTheRecordAfterThePreparedRequestIsGon
 TEST(TypedPreparedRequest, OneLineCallThroughAServiceOperation) {
     test::ConfigScope config;
     ScriptedRestClient substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    sales::Api api;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto api = test::apiOver<sales::Api>(substitute);
     substitute.answer(200, R"({"barcode": "4601234000017", "price": 1200})");
 
-    const auto& item = api.itemInfo(sales::ItemInfoRequest()).response();
+    const auto& item = api->itemInfo(sales::ItemInfoRequest()).response();
 
     EXPECT_EQ(item.barcode, QStringLiteral("4601234000017"));
     EXPECT_EQ(item.price, 1200.0);

@@ -6,6 +6,7 @@
 #include "support/ConfigScope.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedRestClient.h"
+#include "support/SubstituteApi.h"
 
 #include <vesk/vesk.h>
 
@@ -27,12 +28,6 @@ const char* const itemInfoUrl = "http://127.0.0.1:55555/api/axapta/ExchangeData_
 // The sales client over a scripted substitute, and the log of the calls.
 class ReplyDiagnosticsTest : public testing::Test {
 protected:
-    ReplyDiagnosticsTest() {
-        MockFactory<RestClient>::mocked = &substitute;
-        api.emplace();
-        MockFactory<RestClient>::mocked = nullptr;
-    }
-
     PreparedRequest<sales::ItemInfoResponse> itemInfo() {
         sales::ItemInfoRequest request;
         request.barcode = QStringLiteral("4601234000017");
@@ -41,7 +36,7 @@ protected:
 
     test::ConfigScope config;
     test::ScriptedRestClient substitute;
-    std::optional<sales::Api> api;
+    std::unique_ptr<sales::Api> api = test::apiOver<sales::Api>(substitute);
     test::LogCapture log;
 };
 
@@ -180,13 +175,11 @@ TEST_F(ReplyDiagnosticsTest, NullsAndNumbersForTextAreNoLoss) {
 TEST(ReplyDiagnostics, ObjectForAListIsNamedInsideNestedRecordsToo) {
     test::ConfigScope config;
     test::ScriptedRestClient substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    disc::Api api;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto api = test::apiOver<disc::Api>(substitute);
     test::LogCapture log;
     substitute.answer(200, R"({"chequeId": "A-1", "lines": [{"lineNum": "one", "discounts": 5}]})");
 
-    const disc::DiscCalcResponse reply = api.discCalc(disc::DiscCalcRequest()).response();
+    const disc::DiscCalcResponse reply = api->discCalc(disc::DiscCalcRequest()).response();
 
     ASSERT_EQ(reply.lines.size(), 1);
     EXPECT_EQ(reply.lines[0].lineNum, 0);
@@ -201,13 +194,11 @@ TEST(ReplyDiagnostics, ObjectForAListIsNamedInsideNestedRecordsToo) {
 TEST(ReplyDiagnostics, SecretMembersAreMaskedInTheWarning) {
     test::ConfigScope config;
     test::ScriptedRestClient substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    loyalty::Api api;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto api = test::apiOver<loyalty::Api>(substitute);
     test::LogCapture log;
     substitute.answer(200, R"({"token": {"secret": "T-998877"}, "discCardId": ["2775000000011"]})");
 
-    api.processId(loyalty::ProcessIdRequest()).response();
+    api->processId(loyalty::ProcessIdRequest()).response();
 
     EXPECT_THAT(log.all(), HasSubstr("ProcessIdResponse.token is"));
     EXPECT_THAT(log.all(), HasSubstr("ProcessIdResponse.discCardId is"));

@@ -5,6 +5,7 @@
 #include "support/ConfigScope.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedRestClient.h"
+#include "support/SubstituteApi.h"
 
 #include <vesk/vesk.h>
 
@@ -115,16 +116,14 @@ TEST(SubstituteClient, SharedByThreeServicesEachCallGoesOutUnderItsServicesLogge
         }
         QStringList loggers;
     } substitute;
-    MockFactory<RestClient>::mocked = &substitute;
-    disc::Api disc;
-    loyalty::Api loyalty;
-    sales::Api sales;
-    MockFactory<RestClient>::mocked = nullptr;
+    const auto disc = test::apiOver<disc::Api>(substitute);
+    const auto loyalty = test::apiOver<loyalty::Api>(substitute);
+    const auto sales = test::apiOver<sales::Api>(substitute);
 
-    sales.itemInfo(anItem()).response();
-    disc.discCalc(disc::DiscCalcRequest()).response();
-    loyalty.processId(loyalty::ProcessIdRequest()).response();
-    sales.itemInfo(anItem()).response();
+    sales->itemInfo(anItem()).response();
+    disc->discCalc(disc::DiscCalcRequest()).response();
+    loyalty->processId(loyalty::ProcessIdRequest()).response();
+    sales->itemInfo(anItem()).response();
 
     EXPECT_EQ(substitute.loggers,
               QStringList({QStringLiteral("vesksales"), QStringLiteral("veskdisc"),
