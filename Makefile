@@ -51,7 +51,7 @@ tsan: deps
 		-DVESK_SANITIZE=thread -DVESK_BUILD_TOOLS=OFF -DVESK_BUILD_BENCHMARKS=OFF \
 		--log-level=WARNING
 	@cmake --build $(TSAN_DIR) -j$(JOBS) --target concurrent_calls_test
-	@cd $(TSAN_DIR) && TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+	@cd $(TSAN_DIR) && TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/tests/tsan.supp" \
 		$(CTEST) -R '^Concurrent'
 
 # The fuzzers, built with clang and both sanitizers, each run FUZZ_SECONDS.
