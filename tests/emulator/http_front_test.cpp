@@ -91,6 +91,56 @@ INSTANTIATE_TEST_SUITE_P(
                  "No operation at /api/axapta/ExchangeData_Other/itemInfo"}),
     [](const auto& info) { return std::string(info.param.name); });
 
+// The raw reply to a POST that offers `encodings`, as the HTTP library leaves it.
+httplib::Result postOffering(quint16 port, const std::string& path, const std::string& body,
+                             const char* encodings) {
+    httplib::Client client("127.0.0.1", port);
+    client.set_read_timeout(10, 0);
+    client.set_decompress(false);
+    return client.Post(path, {{"Accept-Encoding", encodings}}, body, "application/json");
+}
+
+TEST_F(HttpFrontTest, SmallRepliesGoOutUncompressedWhateverIsOffered) {
+    const auto result =
+        postOffering(emulator->port(), salesPath("itemInfo"),
+                     R"({"sectionId": "HALL", "barcode": "4601234000017"})", "br, gzip, deflate");
+
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->status, 200);
+    EXPECT_FALSE(result->has_header("Content-Encoding"));
+    EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(result->body))
+                  .object()
+                  .value(QLatin1String("barcode"))
+                  .toString(),
+              QStringLiteral("4601234000017"));
+}
+
+TEST_F(HttpFrontTest, LargeRepliesAreGzippedWhenGzipIsOffered) {
+    QJsonArray lines;
+    for (int n = 1; n <= 40; ++n)
+        lines.append(QJsonObject{{QStringLiteral("lineNum"), n},
+                                 {QStringLiteral("barcode"), QStringLiteral("4601234000017")},
+                                 {QStringLiteral("qty"), 1},
+                                 {QStringLiteral("retailPrice"), 1200},
+                                 {QStringLiteral("amount"), 1200}});
+    const std::string request =
+        QJsonDocument(QJsonObject{{QStringLiteral("chequeId"), QStringLiteral("CHQ-9")},
+                                  {QStringLiteral("storeId"), QStringLiteral("S01")},
+                                  {QStringLiteral("lines"), lines}})
+            .toJson(QJsonDocument::Compact)
+            .toStdString();
+
+    const auto gzipped = postOffering(emulator->port(), discPath("discCalc"), request, "br, gzip");
+    const auto plain = postOffering(emulator->port(), discPath("discCalc"), request, "br");
+
+    ASSERT_TRUE(gzipped);
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(gzipped->get_header_value("Content-Encoding"), "gzip");
+    EXPECT_FALSE(plain->has_header("Content-Encoding"));
+    EXPECT_GE(plain->body.size(), 1024u);
+    EXPECT_LT(gzipped->body.size(), plain->body.size());
+}
+
 TEST_F(HttpFrontTest, OperationsTakePostOnly) {
     httplib::Client client("127.0.0.1", emulator->port());
     const httplib::Result get = client.Get(salesPath("itemInfo"));
