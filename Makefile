@@ -5,6 +5,8 @@
 #   make asan   the library's tests built with AddressSanitizer and UndefinedBehaviorSanitizer
 #   make tsan   the concurrency tests built with ThreadSanitizer
 #   make fuzz   every fuzzer, built with clang and both sanitizers, FUZZ_SECONDS each
+# And, by hand:
+#   make bench  the benchmarks, Release, with their ratios to the references
 
 BUILD_DIR  ?= build
 BUILD_TYPE ?= RelWithDebInfo
@@ -12,12 +14,13 @@ JOBS       ?= 2
 ASAN_DIR   ?= build-asan
 TSAN_DIR   ?= build-tsan
 FUZZ_DIR   ?= build-fuzz
+BENCH_DIR  ?= build-bench
 FUZZ_SECONDS ?= 30
 CTEST      := ctest --output-on-failure --timeout 300 -j$(JOBS)
 
 MAKEFLAGS += --no-print-directory
 
-.PHONY: all deps configure build test demo asan tsan fuzz format clean
+.PHONY: all deps configure build test demo asan tsan fuzz bench format clean
 
 all: build
 
@@ -62,6 +65,14 @@ fuzz: deps
 		-DVESK_BUILD_TESTS=OFF -DVESK_BUILD_BENCHMARKS=OFF --log-level=WARNING
 	@cmake --build $(FUZZ_DIR) -j$(JOBS) --target fuzzers
 	@scripts/run-fuzzers.sh $(FUZZ_DIR) $(FUZZ_SECONDS)
+
+# The benchmarks in a Release build; body_bench prints the ratios to its
+# references at the end (bench/README.md keeps the last figures).
+bench: deps
+	@cmake -S . -B $(BENCH_DIR) -DCMAKE_BUILD_TYPE=Release -DVESK_BUILD_TESTS=OFF \
+		-DVESK_BUILD_TOOLS=OFF --log-level=WARNING
+	@cmake --build $(BENCH_DIR) -j$(JOBS) --target body_bench call_bench record_bench
+	@$(BENCH_DIR)/bench/body_bench
 
 format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
