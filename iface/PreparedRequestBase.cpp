@@ -6,10 +6,8 @@
 #include "ReplyDiagnostics.h"
 #include "records/Conversion.h"
 #include "records/Losses.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QJsonValue>
+#include "json/CompactJson.h"
+#include "json/ReplyJson.h"
 
 #include <cmath>
 #include <limits>
@@ -20,10 +18,15 @@ namespace diagnostics = detail::diagnostics;
 
 namespace {
 
+bool isNumber(const QVariant& value) {
+    const int type = value.metaType().id();
+    return type == QMetaType::LongLong || type == QMetaType::Double;
+}
+
 // The "code" of an error reply: a JSON number with no fraction within the
 // 32-bit range; anything else (a numeric string included) reads as 0.
-int errorCode(const QJsonValue& value) {
-    if (!value.isDouble())
+int errorCode(const QVariant& value) {
+    if (!isNumber(value))
         return 0;
     const double code = value.toDouble();
     if (code != std::trunc(code) || code < std::numeric_limits<int>::min() ||
@@ -32,15 +35,24 @@ int errorCode(const QJsonValue& value) {
     return static_cast<int>(code);
 }
 
-[[noreturn]] void raise(const http::Response& response, const QJsonObject& reply,
+// A member of the reply object as QJsonValue::toString() reads it: the text
+// of a JSON string, else nothing.
+QString textOf(const QVariant& value) {
+    return value.metaType().id() == QMetaType::QString ? value.toString() : QString();
+}
+
+[[noreturn]] void raise(const http::Response& response, const QVariantMap& reply,
                         const Log4Qt::Logger& logger, const QString& url) {
     if (response.isNetworkError() || response.isContentNetworkError())
         throw NetworkException(response.error);
-    const tr::Tr message(reply.value(QLatin1String("userMsg")).toString());
-    const int code = errorCode(reply.value(QLatin1String("code")));
-    if (!reply.value(QLatin1String("code")).isDouble() ||
-        !reply.value(QLatin1String("userMsg")).isString())
-        diagnostics::errorWithoutServiceFields(logger, url, response, reply, code, message.text());
+    const QVariant userMsg = reply.value(QStringLiteral("userMsg"));
+    const QVariant codeValue = reply.value(QStringLiteral("code"));
+    const tr::Tr message(textOf(userMsg));
+    const int code = errorCode(codeValue);
+    if (!isNumber(codeValue) || userMsg.metaType().id() != QMetaType::QString)
+        diagnostics::errorWithoutServiceFields(logger, url, response, !isNumber(codeValue),
+                                               userMsg.metaType().id() != QMetaType::QString, code,
+                                               message.text());
     throw Exception(code, message);
 }
 
@@ -66,8 +78,8 @@ QVariant PreparedRequestBase::getResponseVariant() const {
         http::Request request;
         request.method = QByteArrayLiteral("POST");
         request.url = QUrl(url, QUrl::TolerantMode);
-        request.body =
-            QJsonDocument(QJsonObject::fromVariantMap(body.toMap())).toJson(QJsonDocument::Compact);
+        // The bytes of QJsonDocument(QJsonObject::fromVariantMap(...)).toJson(Compact).
+        request.body = json::compactJson(body.toMap());
         if (client) {
             // A shared client carries one exchange at a time, whoever calls.
             const detail::CallGates::Call call = detail::CallGates::enter(performer.data(), url);
@@ -90,14 +102,14 @@ QVariant PreparedRequestBase::getResponseVariant() const {
         }
     }
 
-    const QJsonDocument document = QJsonDocument::fromJson(response.body);
-    const QJsonObject reply = document.object();
+    // What QJsonDocument::fromJson(body).object().toVariantMap() gives.
+    json::Reply reply = json::readReply(response.body);
     if (response.statusCode == 200) {
-        if (!document.isObject())
-            diagnostics::replyNotAnObject(*logger, url, response, document);
-        return reply.toVariantMap();
+        if (reply.shape != json::Reply::Shape::Object)
+            diagnostics::replyNotAnObject(*logger, url, response, reply.shape);
+        return std::move(reply.object);
     }
-    raise(response, reply, *logger, url);
+    raise(response, reply.object, *logger, url);
 }
 
 void detail::readReply(const PreparedRequestBase& call, const QVariant& reply, void* record,

@@ -14,10 +14,11 @@ QString bodyOf(const http::Response& response) {
 } // namespace
 
 void replyNotAnObject(const Log4Qt::Logger& logger, const QString& url,
-                      const http::Response& response, const QJsonDocument& document) {
-    const QString what = response.body.isEmpty() ? QStringLiteral("an empty body")
-                         : document.isArray()    ? QStringLiteral("a JSON array")
-                                                 : QStringLiteral("a body that is not JSON");
+                      const http::Response& response, json::Reply::Shape shape) {
+    const QString what = shape == json::Reply::Shape::Empty ? QStringLiteral("an empty body")
+                         : shape == json::Reply::Shape::Array
+                             ? QStringLiteral("a JSON array")
+                             : QStringLiteral("a body that is not JSON");
     logger.warn(QStringLiteral("%1 answered %2 with %3, not a JSON object; the reply reads as an "
                                "empty object. Body (%4 bytes): %5")
                     .arg(url, QString::number(response.statusCode), what,
@@ -25,12 +26,12 @@ void replyNotAnObject(const Log4Qt::Logger& logger, const QString& url,
 }
 
 void errorWithoutServiceFields(const Log4Qt::Logger& logger, const QString& url,
-                               const http::Response& response, const QJsonObject& reply, int code,
-                               const QString& message) {
+                               const http::Response& response, bool noCode, bool noMessage,
+                               int code, const QString& message) {
     QStringList missing;
-    if (!reply.value(QLatin1String("code")).isDouble())
+    if (noCode)
         missing << QStringLiteral("a numeric \"code\"");
-    if (!reply.value(QLatin1String("userMsg")).isString())
+    if (noMessage)
         missing << QStringLiteral("a string \"userMsg\"");
     logger.warn(QStringLiteral("%1 answered %2 without %3; raising vesk::Exception with code %4 "
                                "and message \"%5\". Body (%6 bytes): %7")

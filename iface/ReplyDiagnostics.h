@@ -3,8 +3,8 @@
 #include <morva/Http.h>
 #include <morva/Log4Qt.h>
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "json/ReplyJson.h"
+
 #include <QMetaObject>
 #include <QString>
 #include <QVariant>
@@ -23,12 +23,12 @@ namespace diagnostics {
 
 // The body of a 200 reply is not a JSON object.
 void replyNotAnObject(const Log4Qt::Logger& logger, const QString& url,
-                      const http::Response& response, const QJsonDocument& document);
+                      const http::Response& response, json::Reply::Shape shape);
 
 // A non-200 reply without a numeric "code" and a string "userMsg".
 void errorWithoutServiceFields(const Log4Qt::Logger& logger, const QString& url,
-                               const http::Response& response, const QJsonObject& reply, int code,
-                               const QString& message);
+                               const http::Response& response, bool noCode, bool noMessage,
+                               int code, const QString& message);
 
 // A reply member that did not fit its record member.
 struct Loss {

@@ -7,8 +7,8 @@ set -euo pipefail
 packages=(
     cmake make g++ pkg-config
     qt6-base-dev libqt6sql6-sqlite
-    libcurl4-openssl-dev zlib1g-dev
-    libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev libsimdjson-dev
+    libcurl4-openssl-dev zlib1g-dev libsimdjson-dev
+    libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
     libcpp-httplib-dev
     clang-14 libclang-rt-14-dev
 )
