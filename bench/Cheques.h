@@ -18,7 +18,7 @@ disc::DiscCalcRequest cheque(int lines);
 // The discount service's reply to it: two discounts a line, as compact JSON.
 QByteArray reply(int lines);
 
-// Hand-written references for the same record types.
+// Hand-written references for the same record types (References.cpp).
 namespace qtjson {
 QByteArray write(const disc::DiscCalcRequest& request); // QJsonObject code, compact
 disc::DiscCalcResponse read(const QByteArray& json);    // QJsonDocument walked by hand
