@@ -105,6 +105,22 @@ void appendDouble(QByteArray& out, double value) {
 
 bool appendValue(QByteArray& out, const QVariant& value);
 
+// "[a,b]" with `append` writing each element; false as soon as one fails.
+template <class List, class Append>
+bool appendArray(QByteArray& out, const List& list, Append append) {
+    out.append('[');
+    bool first = true;
+    for (const auto& element : list) {
+        if (!first)
+            out.append(',');
+        first = false;
+        if (!append(element))
+            return false;
+    }
+    out.append(']');
+    return true;
+}
+
 bool appendMap(QByteArray& out, const QVariantMap& map) {
     out.append('{');
     bool first = true;
@@ -152,31 +168,15 @@ bool appendValue(QByteArray& out, const QVariant& value) {
     case QMetaType::QString:
         appendString(out, *static_cast<const QString*>(value.constData()));
         return true;
-    case QMetaType::QStringList: {
-        out.append('[');
-        bool first = true;
-        for (const QString& text : *static_cast<const QStringList*>(value.constData())) {
-            if (!first)
-                out.append(',');
-            first = false;
-            appendString(out, text);
-        }
-        out.append(']');
-        return true;
-    }
-    case QMetaType::QVariantList: {
-        out.append('[');
-        bool first = true;
-        for (const QVariant& element : *static_cast<const QVariantList*>(value.constData())) {
-            if (!first)
-                out.append(',');
-            first = false;
-            if (!appendValue(out, element))
-                return false;
-        }
-        out.append(']');
-        return true;
-    }
+    case QMetaType::QStringList:
+        return appendArray(out, *static_cast<const QStringList*>(value.constData()),
+                           [&out](const QString& text) {
+                               appendString(out, text);
+                               return true;
+                           });
+    case QMetaType::QVariantList:
+        return appendArray(out, *static_cast<const QVariantList*>(value.constData()),
+                           [&out](const QVariant& element) { return appendValue(out, element); });
     case QMetaType::QVariantMap:
         return appendMap(out, *static_cast<const QVariantMap*>(value.constData()));
     default:
