@@ -41,8 +41,9 @@ QString textOf(const QVariant& value) {
     return value.metaType().id() == QMetaType::QString ? value.toString() : QString();
 }
 
-[[noreturn]] void raise(const http::Response& response, const QVariantMap& reply,
-                        const Log4Qt::Logger& logger, const QString& url) {
+template <class Log>
+[[noreturn]] void raise(const http::Response& response, const QVariantMap& reply, const Log& log,
+                        const QString& url) {
     if (response.isNetworkError() || response.isContentNetworkError())
         throw NetworkException(response.error);
     const QVariant userMsg = reply.value(QStringLiteral("userMsg"));
@@ -50,7 +51,7 @@ QString textOf(const QVariant& value) {
     const tr::Tr message(textOf(userMsg));
     const int code = errorCode(codeValue);
     if (!isNumber(codeValue) || userMsg.metaType().id() != QMetaType::QString)
-        diagnostics::errorWithoutServiceFields(logger, url, response, !isNumber(codeValue),
+        diagnostics::errorWithoutServiceFields(log(), url, response, !isNumber(codeValue),
                                                userMsg.metaType().id() != QMetaType::QString, code,
                                                message.text());
     throw Exception(code, message);
@@ -98,18 +99,21 @@ QVariant PreparedRequestBase::getResponseVariant() const {
         } else {
             performer->send(request);
             response = performer->response();
-            logger = detail::CallGates::loggerFor(nullptr, url);
         }
     }
+    // Found only when there is something to say.
+    const auto log = [&]() -> const Log4Qt::Logger& {
+        return logger ? *logger : *detail::CallGates::loggerFor(nullptr, url);
+    };
 
     // What QJsonDocument::fromJson(body).object().toVariantMap() gives.
     json::Reply reply = json::readReply(response.body);
     if (response.statusCode == 200) {
         if (reply.shape != json::Reply::Shape::Object)
-            diagnostics::replyNotAnObject(*logger, url, response, reply.shape);
+            diagnostics::replyNotAnObject(log(), url, response, reply.shape);
         return std::move(reply.object);
     }
-    raise(response, reply.object, *logger, url);
+    raise(response, reply.object, log, url);
 }
 
 void detail::readReply(const PreparedRequestBase& call, const QVariant& reply, void* record,
