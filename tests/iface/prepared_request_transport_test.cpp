@@ -6,7 +6,11 @@
 #include <vesk/NetworkException.h>
 #include <vesk/PreparedRequest.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -15,20 +19,38 @@
 namespace vesk {
 namespace {
 
-// Connections of this machine in the ESTABLISHED state whose remote end is
+// The inodes of the sockets this process has open.
+std::set<QByteArray> ownSocketInodes() {
+    std::set<QByteArray> inodes;
+    const QDir fds(QStringLiteral("/proc/self/fd"));
+    for (const QFileInfo& fd : fds.entryInfoList(QDir::System | QDir::NoDotAndDotDot)) {
+        char link[256];
+        const ssize_t length =
+            ::readlink(QFile::encodeName(fd.filePath()).constData(), link, sizeof link - 1);
+        const QByteArray target(link, length > 0 ? qsizetype(length) : 0);
+        if (target.startsWith("socket:[") && target.endsWith(']'))
+            inodes.insert(target.mid(8, target.size() - 9));
+    }
+    return inodes;
+}
+
+// Connections of this process in the ESTABLISHED state whose remote end is
 // the given local port: the client side of connections to a loopback server.
+// Only this process's own sockets count, as tests run in parallel and
+// another one's lingering connection may be to a port that was reused.
 int establishedConnectionsTo(int port) {
     QFile table(QStringLiteral("/proc/net/tcp"));
     if (!table.open(QIODevice::ReadOnly))
         return -1;
+    const std::set<QByteArray> own = ownSocketInodes();
     int count = 0;
     table.readLine(); // header
     while (!table.atEnd()) {
         const QList<QByteArray> fields = table.readLine().simplified().split(' ');
-        if (fields.size() < 4)
+        if (fields.size() < 10)
             continue;
         const QByteArray remotePort = fields[2].split(':').value(1);
-        if (remotePort.toInt(nullptr, 16) == port && fields[3] == "01")
+        if (remotePort.toInt(nullptr, 16) == port && fields[3] == "01" && own.count(fields[9]))
             ++count;
     }
     return count;
