@@ -27,7 +27,8 @@ public:
     // a QVariantMap when the status is 200 (an unparsable reply gives an
     // empty map). Otherwise throws vesk::NetworkException when the transport
     // failed, or vesk::Exception with the reply's "code" and "userMsg".
-    // Each call is a new exchange; calls sharing a client must not overlap.
+    // Each call is a new exchange. Calls sharing a client may come from any
+    // thread: the library performs them one at a time on that client.
     QVariant getResponseVariant() const;
 
 private:

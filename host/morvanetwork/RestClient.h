@@ -12,7 +12,8 @@
 //
 // send() blocks the calling thread until the exchange is over; it needs no
 // event loop and no QCoreApplication. One client keeps one connection alive
-// across its calls; calls on one client must not overlap.
+// across its calls. The client itself is not thread-safe: calls on one client
+// must not overlap (the client library takes care of that for its calls).
 //
 // A call's reply is always its own: a kept connection is used again only if
 // nothing arrived on it while it was idle and it has been idle for less than
