@@ -15,14 +15,21 @@ void readReply(const PreparedRequestBase& call, const QVariant& reply, void* rec
                const serder::details::Strategy& strategy, const QMetaObject& type);
 } // namespace detail
 
-// The prepared call of an operation whose reply is the record R.
+/// The prepared call of an operation whose reply is the record R: what every
+/// operation of the service clients returns.
+///
+///     const vesk::sales::ItemInfoResponse item =
+///         vesk::sales::Api::getInstance()->itemInfo(request).response();
 template <class R>
 class PreparedRequest : public PreparedRequestBase {
 public:
-    using Response = R;
+    using Response = R; ///< the reply's record
 
-    // Performs the call the first time and keeps the record; later calls
-    // return the kept record. Use getResponseVariant() for a new exchange.
+    /// Performs the call the first time and keeps the record; later calls
+    /// return the kept record. Use getResponseVariant() for a new exchange.
+    /// Reply members that name no member are ignored; members that the reply
+    /// lacks keep their defaults.
+    /// @throws vesk::NetworkException, vesk::Exception as getResponseVariant().
     const R& response() & {
         if (!response_) {
             R record;
@@ -33,13 +40,13 @@ public:
         return *response_;
     }
 
-    // The same on a prepared request about to go away, as in the one-line
-    // `const auto& r = api->itemInfo(q).response();`: the record is returned
-    // by value (a cheap copy: its strings and lists are shared), so that it
-    // outlives the prepared request.
+    /// The same on a prepared request about to go away, as in the one-line
+    /// `const auto& r = api->itemInfo(q).response();`: the record is returned
+    /// by value (a cheap copy: its strings and lists are shared), so that it
+    /// outlives the prepared request.
     R response() && { return static_cast<PreparedRequest&>(*this).response(); }
 
-    // The record kept by response(), if it has run.
+    /// The record kept by response(), if it has run.
     const std::optional<R>& keptResponse() const { return response_; }
 
 private:

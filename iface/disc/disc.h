@@ -1,6 +1,11 @@
 #pragma once
 
-// The discount service: its client and every record it exchanges.
+/// @file
+/// @brief The discount service: its client and every record it exchanges.
+///
+/// Include this one header to use the discount service (discount calculation of a cheque, with or
+/// without its payments, and the promotions that a cheque qualifies for): it brings in the client
+/// vesk::disc::Api and all records of the namespace vesk::disc.
 
 #include "Api.h"
 #include "CardListEntry.h"

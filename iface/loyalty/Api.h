@@ -25,43 +25,186 @@
 
 namespace vesk::loyalty {
 
-// Client of the loyalty service: card identification, PIN, balance, bonuses, commit of a cheque,
-// parking and additional texts.
-//
-// Configuration: "Vesk.loyalty:url", the service's base URL (default
-// "http://127.0.0.1:55555/api/axapta/ExchangeData_Loyalty/"). Logger: "veskloyalty".
-//
-// Every operation only prepares its call: the endpoint's URL, the request's
-// serialisation as the body and the shared HTTP client. A host may derive
-// from the client and override any of them.
+/// @brief Client of the loyalty service.
+///
+/// Prepares card identification, the sending and the check of a PIN, the card balance, bonus
+/// calculation and bonus reservation, the commit of a finished cheque, parking validation, and two
+/// additional texts, one for the cashier and one for the cheque.
+///
+/// Configuration: "Vesk.loyalty:url", the service's base URL (default
+/// "http://127.0.0.1:55555/api/axapta/ExchangeData_Loyalty/"), read once when the client is made; a
+/// "/" is appended when it does not end with one. Logger: "veskloyalty".
+///
+/// Every operation only prepares its call: the endpoint's URL, the request's serialisation as the
+/// body and the shared HTTP client. Nothing is sent until the prepared request is performed,
+/// synchronously on the caller's thread; calls of one service share one HTTP client and must not
+/// overlap. A host may derive from the client and override any operation.
 class Api : public ServiceClient, public Singleton<Api> {
 public:
+    /// What tells this client from the other services' clients: the configuration key
+    /// "Vesk.loyalty:url", the default base URL
+    /// "http://127.0.0.1:55555/api/axapta/ExchangeData_Loyalty/", the logger name "veskloyalty" and
+    /// the class name "vesk::loyalty::Api" that diagnostics use.
     static const ServiceDescription service;
 
+    /// Makes the loyalty client: takes the HTTP client that the host substituted, or makes one,
+    /// gives it the service's logger, and reads the base URL from the configuration. The host
+    /// reaches the one instance through Singleton; it is made on first use and lives until the
+    /// process ends.
     Api();
 
-    // Identifies a card ("./processId").
+    /// @brief Asks the service to identify a loyalty card, or a virtual card, at a place of sale.
+    ///
+    /// Prepares a POST to the endpoint "./processId", that is processId joined to the base URL,
+    /// with the request serialised as the body. Nothing is sent here: the call is made when the
+    /// returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the card number as scanned or typed, with the cheque and the place of sale;
+    /// only read.
+    /// @return the prepared call, whose reply is a ProcessIdResponse with the card holder, whether
+    /// a PIN is required, and the token that the following requests for the card carry.
     virtual PreparedRequest<ProcessIdResponse> processId(const ProcessIdRequest& request);
-    // Has a PIN sent to the card holder ("./processPin").
+    /// @brief Asks the service to send a PIN to the card holder.
+    ///
+    /// Prepares a POST to the endpoint "./processPin", that is processPin joined to the base URL,
+    /// with the request serialised as the body. Nothing is sent here: the call is made when the
+    /// returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the card and the token from processId; only read.
+    /// @return the prepared call, whose reply is a ProcessPinResponse saying where the PIN went and
+    /// whether to show a PIN entry field.
     virtual PreparedRequest<ProcessPinResponse> processPin(const ProcessPinRequest& request);
-    // Reads the card's balance ("./getCardBalance").
+    /// @brief Asks the service for the balance of a card.
+    ///
+    /// Prepares a POST to the endpoint "./getCardBalance", that is getCardBalance joined to the
+    /// base URL, with the request serialised as the body. Nothing is sent here: the call is made
+    /// when the returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the card and its token; only read.
+    /// @return the prepared call, whose reply is a CardBalanceResponse with the balance and whether
+    /// to show it.
     virtual PreparedRequest<CardBalanceResponse> getCardBalance(const CardBalanceRequest& request);
-    // Calculates the bonus amount of a cheque ("./calcBonusAmount").
+    /// @brief Asks the service to calculate the bonus amount of a cheque.
+    ///
+    /// Prepares a POST to the endpoint "./calcBonusAmount", that is calcBonusAmount joined to the
+    /// base URL, with the request serialised as the body. Nothing is sent here: the call is made
+    /// when the returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the cheque with its cards and lines; only read.
+    /// @return the prepared call, whose reply is a CalcBonusAmountResponse: the request echoed back
+    /// with the service's additions.
     virtual PreparedRequest<CalcBonusAmountResponse>
     calcBonusAmount(const CalcBonusAmountRequest& request);
-    // Calculates and reserves a payment by bonuses ("./calcAndReserveBonusPay").
+    /// @brief Asks the service to calculate a payment by bonuses and to reserve it.
+    ///
+    /// Prepares a POST to the endpoint "./calcAndReserveBonusPay", that is calcAndReserveBonusPay
+    /// joined to the base URL, with the request serialised as the body. Nothing is sent here: the
+    /// call is made when the returned prepared request's response() or getResponseVariant() is
+    /// called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the cheque with its cards and lines and the reservation's references; only
+    /// read.
+    /// @return the prepared call, whose reply is a CalcAndReserveBonusPayResponse.
     virtual PreparedRequest<CalcAndReserveBonusPayResponse>
     calcAndReserveBonusPay(const CalcAndReserveBonusPayRequest& request);
-    // Confirms the PIN that the cashier typed ("./checkPin").
+    /// @brief Asks the service to confirm the PIN that the cashier typed.
+    ///
+    /// Prepares a POST to the endpoint "./checkPin", that is checkPin joined to the base URL, with
+    /// the request serialised as the body. Nothing is sent here: the call is made when the returned
+    /// prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the card's identification with the PIN as typed; only read.
+    /// @return the prepared call, whose reply is a CheckPinResponse saying whether the PIN was
+    /// right.
     virtual PreparedRequest<CheckPinResponse> checkPin(const CheckPinRequest& request);
-    // Commits a finished cheque ("./commitCheque").
+    /// @brief Commits a finished cheque to the service.
+    ///
+    /// Prepares a POST to the endpoint "./commitCheque", that is commitCheque joined to the base
+    /// URL, with the request serialised as the body. Nothing is sent here: the call is made when
+    /// the returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the whole cheque with its cards, lines and payments; only read.
+    /// @return the prepared call, whose reply is a CommitChequeResponse with the committed cheque,
+    /// its amounts, parking data and the slips to print.
     virtual PreparedRequest<CommitChequeResponse> commitCheque(const CommitChequeRequest& request);
-    // Validates a parking ticket against a cheque ("./getParkingInfo").
+    /// @brief Asks the service to validate a customer's parking ticket against a cheque.
+    ///
+    /// Prepares a POST to the endpoint "./getParkingInfo", that is getParkingInfo joined to the
+    /// base URL, with the request serialised as the body. Nothing is sent here: the call is made
+    /// when the returned prepared request's response() or getResponseVariant() is called.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the cheque, the parking ticket and the store; only read.
+    /// @return the prepared call, whose reply is a ParkingInfoResponse with the validation status,
+    /// amounts and times.
     virtual PreparedRequest<ParkingInfoResponse> getParkingInfo(const ParkingInfoRequest& request);
-    // The additional text for the cashier ("./cashierAdditionalInfo").
+    /// @brief Asks the service for the additional text to show to the cashier.
+    ///
+    /// Prepares a POST to the endpoint "./cashierAdditionalInfo", that is cashierAdditionalInfo
+    /// joined to the base URL, with the request serialised as the body. Nothing is sent here: the
+    /// call is made when the returned prepared request's response() or getResponseVariant() is
+    /// called.
+    ///
+    /// It sends the same body as chequeAdditionalInfo() would for the same request; only the
+    /// endpoint differs.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the cheque, the card and its token; only read.
+    /// @return the prepared call, whose reply is an AdditionalInfoResponse; the cashier's text is
+    /// in its cashierText.
     virtual PreparedRequest<AdditionalInfoResponse>
     cashierAdditionalInfo(const AdditionalInfoRequest& request);
-    // The additional text for the cheque ("./chequeAdditionalInfo").
+    /// @brief Asks the service for the additional text to print on the cheque.
+    ///
+    /// Prepares a POST to the endpoint "./chequeAdditionalInfo", that is chequeAdditionalInfo
+    /// joined to the base URL, with the request serialised as the body. Nothing is sent here: the
+    /// call is made when the returned prepared request's response() or getResponseVariant() is
+    /// called.
+    ///
+    /// It sends the same body as cashierAdditionalInfo() would for the same request; only the
+    /// endpoint differs.
+    ///
+    /// Performing the call throws vesk::Exception, with the service's "code" and "userMsg", when
+    /// the reply's status is not 200, or vesk::NetworkException when the exchange fails on the
+    /// network.
+    ///
+    /// @param request the cheque, the card and its token; only read.
+    /// @return the prepared call, whose reply is an AdditionalInfoResponse; the cheque's text is in
+    /// its chequeText.
     virtual PreparedRequest<AdditionalInfoResponse>
     chequeAdditionalInfo(const AdditionalInfoRequest& request);
 
@@ -74,5 +217,7 @@ private:
 
 } // namespace vesk::loyalty
 
+/// @cond
 template <>
 vesk::loyalty::Api* Singleton<vesk::loyalty::Api>::instance;
+/// @endcond

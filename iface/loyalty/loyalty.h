@@ -1,6 +1,11 @@
 #pragma once
 
-// The loyalty service: its client and every record it exchanges.
+/// @file
+/// @brief The loyalty service: its client and every record it exchanges.
+///
+/// Include this one header to use the loyalty service (card identification, PIN, card balance,
+/// bonus calculation and reservation, cheque commit, parking validation and additional texts): it
+/// brings in the client vesk::loyalty::Api and all records of the namespace vesk::loyalty.
 
 #include "Api.h"
 
