@@ -5,6 +5,7 @@
 // two members compare. Record.h names them in VESK_FIELD.
 
 #include "Conversion.h"
+#include "Members.h"
 
 #include <morva/Serder.h>
 
@@ -23,8 +24,9 @@ namespace vesk::field {
 // Every kind has: Value, the member's C++ type; read(), the member as a
 // variant; write(), which sets the member from a variant and returns whether
 // the value fit without loss (the member is set either way; the answer only
-// feeds diagnostics); equal(); and `expected`, what a fitting value is, for
-// those diagnostics.
+// feeds diagnostics); equal(); `expected`, what a fitting value is, for
+// those diagnostics; and what membersOf() tells of it: `json`, `optional` and
+// entry().
 
 // A plain member of a scalar type: always present, always read as a variant
 // of its type (also 0, false or empty); a written value of another type, null
@@ -37,6 +39,14 @@ struct Plain {
                                             : std::is_same_v<T, bool>        ? "a boolean"
                                             : std::is_same_v<T, QStringList> ? "a list of strings"
                                                                              : "a string";
+    static constexpr records::JsonType json =
+        std::is_same_v<T, int>           ? records::JsonType::Integer
+        : std::is_same_v<T, double>      ? records::JsonType::Number
+        : std::is_same_v<T, bool>        ? records::JsonType::Boolean
+        : std::is_same_v<T, QStringList> ? records::JsonType::StringList
+                                         : records::JsonType::String;
+    static constexpr bool optional = false;
+    static constexpr const QMetaObject* entry() { return nullptr; }
     static QVariant read(const T& member) { return QVariant::fromValue(member); }
     static bool write(T& member, const QVariant& value) {
         return records::convertInto<T>(value, member);
@@ -65,6 +75,9 @@ template <class Entry>
 struct List {
     using Value = QList<Entry>;
     static constexpr const char* expected = "a list of objects";
+    static constexpr records::JsonType json = records::JsonType::List;
+    static constexpr bool optional = false;
+    static constexpr const QMetaObject* entry() { return &Entry::staticMetaObject; }
 
     static QVariant read(const Value& member) {
         const auto& strategy = serder::default_serder_type<Entry>::strategy;
@@ -108,6 +121,9 @@ template <class Kind>
 struct Optional {
     using Value = std::optional<typename Kind::Value>;
     static constexpr const char* expected = Kind::expected;
+    static constexpr records::JsonType json = Kind::json;
+    static constexpr bool optional = true;
+    static constexpr const QMetaObject* entry() { return Kind::entry(); }
 
     static QVariant read(const Value& member) { return member ? Kind::read(*member) : QVariant(); }
     static bool write(Value& member, const QVariant& value) {
@@ -133,6 +149,9 @@ struct Optional {
 struct DateTime {
     using Value = QVariant;
     static constexpr const char* expected = "an ISO 8601 date and time";
+    static constexpr records::JsonType json = records::JsonType::DateTime;
+    static constexpr bool optional = false;
+    static constexpr const QMetaObject* entry() { return nullptr; }
 
     static QVariant read(const Value& member) { return member.toDateTime(); }
     static bool write(Value& member, const QVariant& value) {

@@ -74,17 +74,18 @@ TEST(RecordCommand, ListsTheMembersOfTheDiscountRequestLine) {
         runInProcess({QStringLiteral("record"), QStringLiteral("disc::LinesEntryRequest")});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, QString());
-    EXPECT_EQ(run.out, QStringLiteral("barcode        string   plain\n"
-                                      "colorId        string   optional\n"
-                                      "itemId         string   optional\n"
-                                      "sizeId         string   optional\n"
-                                      "skuId          string   optional\n"
-                                      "discounts      list     plain\n"
-                                      "lineNum        integer  plain\n"
-                                      "locationId     string   plain\n"
-                                      "retailPrice    number   plain\n"
-                                      "qty            number   plain\n"
-                                      "extraDataLine  list     plain\n"));
+    EXPECT_EQ(run.out,
+              QStringLiteral("barcode        string                                     plain\n"
+                             "colorId        string                                     optional\n"
+                             "itemId         string                                     optional\n"
+                             "sizeId         string                                     optional\n"
+                             "skuId          string                                     optional\n"
+                             "discounts      list of vesk::disc::DiscountsEntryRequest  plain\n"
+                             "lineNum        integer                                    plain\n"
+                             "locationId     string                                     plain\n"
+                             "retailPrice    number                                     plain\n"
+                             "qty            number                                     plain\n"
+                             "extraDataLine  list of vesk::disc::ExtraDataLineEntry     plain\n"));
 }
 
 TEST(RecordCommand, ShowsTheDateTimesOfTheParkingReply) {
@@ -121,13 +122,14 @@ TEST(RecordCommand, ShowsBooleansAndOptionalNumbersOfTheReservationLine) {
 TEST(RecordCommand, ShowsTheStringListOfTheDiscountRequest) {
     const CliRun run = runInProcess({QStringLiteral("record"), QStringLiteral("DiscCalcRequest")});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out, QStringLiteral("cardList      list         plain\n"
-                                      "chequeId      string       plain\n"
-                                      "calcDateTime  string       plain\n"
-                                      "lines         list         plain\n"
-                                      "publicities   string list  plain\n"
-                                      "salesChannel  integer      plain\n"
-                                      "storeId       string       plain\n"));
+    EXPECT_EQ(run.out,
+              QStringLiteral("cardList      list of vesk::disc::CardListEntry      plain\n"
+                             "chequeId      string                                 plain\n"
+                             "calcDateTime  string                                 plain\n"
+                             "lines         list of vesk::disc::LinesEntryRequest  plain\n"
+                             "publicities   string list                            plain\n"
+                             "salesChannel  integer                                plain\n"
+                             "storeId       string                                 plain\n"));
 }
 
 TEST(RecordCommand, FindsARecordByEachFormOfItsName) {

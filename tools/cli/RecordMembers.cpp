@@ -2,59 +2,31 @@
 
 #include "Operations.h"
 
-#include <QMetaClassInfo>
-#include <QMetaObject>
-#include <QMetaProperty>
-#include <QVariant>
+#include <vesk/records/Members.h>
 
-#include <memory>
+#include <QMetaClassInfo>
 
 namespace vesk::cli {
 namespace {
 
-// A record made by its meta-type, destroyed by it.
-struct Destroy {
-    QMetaType type;
-    void operator()(void* record) const { type.destroy(record); }
-};
-using RecordPointer = std::unique_ptr<void, Destroy>;
-
-// Every property of a record is declared as a QVariant, so the member's kind
-// has to be read from the values that the property gives:
-//
-// - A default-made record's plain members read as a variant of their own
-//   type (0, false, an empty string or list), while its optional members are
-//   absent and read as a null variant.
-// - An optional member is therefore first made present by writing a probe,
-//   the text "1", which every kind accepts (a number or a boolean converts
-//   it, a list of records takes a text as an empty list); reading it back
-//   gives a variant of the member's type.
-//
-// The entries of a list of records are maps made by the entry type's
-// strategy, which does not say which type that is, so a list of records is
-// reported as "list" only.
-QString kindOf(const QVariant& value) {
-    switch (value.metaType().id()) {
-    case QMetaType::Int:
+QString kindOf(const records::Member& member) {
+    switch (member.type) {
+    case records::JsonType::Integer:
         return QStringLiteral("integer");
-    case QMetaType::Double:
+    case records::JsonType::Number:
         return QStringLiteral("number");
-    case QMetaType::Bool:
+    case records::JsonType::Boolean:
         return QStringLiteral("boolean");
-    case QMetaType::QString:
+    case records::JsonType::String:
         return QStringLiteral("string");
-    case QMetaType::QStringList:
+    case records::JsonType::StringList:
         return QStringLiteral("string list");
-    case QMetaType::QVariantList:
-        return QStringLiteral("list");
-    case QMetaType::QDateTime:
+    case records::JsonType::List:
+        return QStringLiteral("list of ") + QString::fromLatin1(member.entry->className());
+    case records::JsonType::DateTime:
         return QStringLiteral("date-time");
-    case QMetaType::QVariantMap:
-        return QStringLiteral("record");
-    default:
-        // No record has such a member; name the type rather than guess.
-        return value.isValid() ? QString::fromLatin1(value.typeName()) : QStringLiteral("unknown");
     }
+    return QString();
 }
 
 QStringList qualifiedCandidates(const QString& name) {
@@ -97,18 +69,9 @@ QList<RecordMember> recordMembers(const QMetaType& record) {
     QList<RecordMember> members;
     if (!isRecord(record))
         return members;
-    const QMetaObject* meta = record.metaObject();
-    const RecordPointer made(record.create(), Destroy{record});
-    for (int i = 0; i < meta->propertyCount(); ++i) {
-        const QMetaProperty property = meta->property(i);
-        QVariant value = property.readOnGadget(made.get());
-        const bool optional = value.isNull();
-        if (optional) {
-            property.writeOnGadget(made.get(), QVariant(QStringLiteral("1")));
-            value = property.readOnGadget(made.get());
-        }
-        members.append({QString::fromLatin1(property.name()), kindOf(value), optional});
-    }
+    for (const records::Member& member : records::membersOf(*record.metaObject()))
+        members.append(
+            {QString::fromLatin1(member.key), kindOf(member), member.optional, member.entry});
     return members;
 }
 

@@ -1,16 +1,20 @@
 #pragma once
 
 #include <QList>
+#include <QMetaObject>
 #include <QMetaType>
 #include <QString>
 
 namespace vesk::cli {
 
-// One member of a record, as its meta-object shows it.
+// One member of a record, as its declaration gives it.
 struct RecordMember {
-    QString key;   // the property's name, which is the JSON key
-    QString kind;  // "integer", "number", "boolean", "string", "string list", "list", "date-time"
-    bool optional; // may be absent (left out of a body), rather than always present
+    QString key; // the JSON key, which is also the property's name
+    // "integer", "number", "boolean", "string", "string list", "date-time", or
+    // "list of <entry record's qualified name>"
+    QString kind;
+    bool optional = false; // may be absent (left out of a body), rather than always present
+    const QMetaObject* entry = nullptr; // a list's entry record
 };
 
 // Whether `type` is one of the library's records: a gadget that carries the
