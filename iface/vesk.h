@@ -9,8 +9,10 @@
 #include "PreparedRequest.h"
 #include "PreparedRequestBase.h"
 #include "ServiceClient.h"
+#include "records/Members.h"
 #include "records/Record.h"
 #include "records/StringListSerder.h"
+#include <vesk/version.h>
 
 #include "disc/disc.h"
 #include "loyalty/loyalty.h"

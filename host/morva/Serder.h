@@ -50,14 +50,14 @@ const details::Strategy
     default_serder_type<T>::strategy = details::Strategy::create(T::staticMetaObject);
 
 template <class T>
-QVariant serialize(const T& record) {
+inline QVariant serialize(const T& record) {
     QVariant out;
     default_serder_type<T>::strategy.serialize(&out, &record, T::staticMetaObject);
     return out;
 }
 
 template <class T>
-T deserialize(const QVariant& variant) {
+inline T deserialize(const QVariant& variant) {
     T record;
     default_serder_type<T>::strategy.deserialize(&record, variant, T::staticMetaObject);
     return record;
