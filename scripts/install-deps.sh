@@ -11,18 +11,34 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
     libcpp-httplib-dev
     clang-14 libclang-rt-14-dev
+    doxygen dpkg-dev
 )
+
+# Node.js runs the contract test's OpenAPI validator; any node will do.
+command -v node >/dev/null 2>&1 || packages+=(nodejs npm)
 
 missing=()
 for p in "${packages[@]}"; do
     status=$(dpkg-query -W -f='${Status}' "$p" 2>/dev/null || true)
     [[ "$status" == "install ok installed" ]] || missing+=("$p")
 done
-[[ ${#missing[@]} -eq 0 ]] && exit 0
+if [[ ${#missing[@]} -gt 0 ]]; then
+    sudo=""
+    [[ $(id -u) -eq 0 ]] || sudo="sudo"
+    echo "Installing: ${missing[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    $sudo apt-get update -qq
+    $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+fi
 
-sudo=""
-[[ $(id -u) -eq 0 ]] || sudo="sudo"
-echo "Installing: ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
-$sudo apt-get update -qq
-$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+# The npm packages of the contract test, at fixed versions, outside the tree.
+npm_prefix="${VESK_NPM_PREFIX:-$HOME/.cache/vesk/npm}"
+npm_packages=(@seriousme/openapi-schema-validator@2.11.0 ajv@8.20.0 ajv-formats@3.0.1)
+stamp="$npm_prefix/installed"
+if [[ "$(cat "$stamp" 2>/dev/null)" != "${npm_packages[*]}" ]]; then
+    echo "Installing from npm: ${npm_packages[*]}"
+    mkdir -p "$npm_prefix"
+    npm install --prefix "$npm_prefix" --no-audit --no-fund --no-save --loglevel=error \
+        "${npm_packages[@]}" >/dev/null
+    echo "${npm_packages[*]}" > "$stamp"
+fi

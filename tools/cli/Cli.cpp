@@ -5,6 +5,8 @@
 #include "ExitCodes.h"
 #include "ProcessSettings.h"
 
+#include <vesk/version.h>
+
 #include <exception>
 
 namespace vesk::cli {
@@ -16,6 +18,10 @@ int usageError(QTextStream& err, const QString& error, const QString& command) {
 }
 
 int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
+    if (line.version) {
+        out << "vesk " << VESK_VERSION_STRING << " (libVeskIface " << vesk::version() << ")\n";
+        return exitCode::success;
+    }
     if (line.help) {
         out << usage(line.command);
         return exitCode::success;
@@ -40,6 +46,8 @@ int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream
         return opsCommand(out);
     if (line.command == QLatin1String("record"))
         return recordCommand(line, out, err);
+    if (line.command == QLatin1String("openapi"))
+        return openApiCommand(line, out, err);
     return demoCommand(line, out);
 }
 

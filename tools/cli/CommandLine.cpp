@@ -21,7 +21,7 @@ struct OptionDefinition {
     }
 };
 
-enum CommonOption { configOption, urlOption, verboseOption, helpOption };
+enum CommonOption { configOption, urlOption, verboseOption, helpOption, versionOption };
 enum DemoOption { externalOption, listenOption };
 
 const QList<OptionDefinition>& commonOptions() {
@@ -41,6 +41,9 @@ const QList<OptionDefinition>& commonOptions() {
         {{QStringLiteral("h"), QStringLiteral("help")},
          QString(),
          QStringLiteral("show this usage")},
+        {{QStringLiteral("version")},
+         QString(),
+         QStringLiteral("show the versions of vesk and of the library it loaded")},
     };
     return options;
 }
@@ -103,8 +106,16 @@ const QList<CommandDefinition>& commands() {
              "plain (always sent) or optional (left out when absent). NAME is qualified\n"
              "(vesk::disc::LinesEntryRequest), without vesk:: (disc::LinesEntryRequest),\n"
              "or the class name alone when only one service has a record of that name.\n"
-             "Kinds: integer, number, boolean, string, string list, list (of records),\n"
-             "date-time.\n"),
+             "Kinds: integer, number, boolean, string, string list, date-time, and\n"
+             "list of RECORD (a list of entries, each the record named).\n"),
+         false},
+        {QStringLiteral("openapi"), QStringLiteral("[FILE]"), 0, 1,
+         QStringLiteral("write the services' contract as an OpenAPI 3.1 document"),
+         QStringLiteral(
+             "Writes the three services as an OpenAPI 3.1 document (JSON) to FILE, or to\n"
+             "standard output: every operation with its request and response, every record with\n"
+             "its members, their JSON types, which are always sent (required) and the\n"
+             "entry records of lists, and the error object of a refused call.\n"),
          false},
         {QStringLiteral("demo"), QStringLiteral("[--external] [--listen HOST:PORT]"), 0, 0,
          QStringLiteral("run one whole sale against the emulator"),
@@ -189,6 +200,7 @@ void takeCommonOptions(const QCommandLineParser& parser, const QList<QCommandLin
     line->urls += parser.values(options[urlOption]);
     line->verbose = line->verbose || parser.isSet(options[verboseOption]);
     line->help = line->help || parser.isSet(options[helpOption]);
+    line->version = line->version || parser.isSet(options[versionOption]);
 }
 
 QList<QCommandLineOption> parserOptions(const QList<OptionDefinition>& definitions) {
@@ -225,6 +237,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     takeCommonOptions(first, common, &line);
     QStringList rest = first.positionalArguments();
     if (rest.isEmpty()) {
+        if (line.version)
+            return line;
         if (!line.help)
             return fail(QStringLiteral("no command given"));
         // `vesk --help`: the help command, for the general usage.

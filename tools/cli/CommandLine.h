@@ -13,7 +13,8 @@ namespace vesk::cli {
 // Options of every command may stand before or after the command's name; a
 // command's own options only after it.
 struct CommandLine {
-    QString command;       // "call", "ops", "record", "demo" or "help"
+    QString
+        command; // "call", "ops", "record", "openapi", "demo" or "help"; empty with --version alone
     QStringList arguments; // the command's positional arguments
     bool help = false;     // --help: the command's usage instead of the command
 
@@ -21,6 +22,7 @@ struct CommandLine {
     QString configFile; // --config; empty when not given
     QStringList urls;   // each --url SERVICE=URL as given, in order
     bool verbose = false;
+    bool version = false; // --version: the versions instead of the command
 
     // Options of `demo`.
     bool external = false;

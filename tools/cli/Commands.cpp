@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "ExitCodes.h"
+#include "OpenApi.h"
 #include "Operations.h"
 #include "RecordMembers.h"
 #include "RequestInput.h"
@@ -13,6 +14,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMetaObject>
+#include <QSaveFile>
 
 #include <algorithm>
 
@@ -120,6 +122,21 @@ int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
         rows.append({member.key, member.kind,
                      member.optional ? QStringLiteral("optional") : QStringLiteral("plain")});
     printColumns(out, rows);
+    return exitCode::success;
+}
+
+int openApiCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
+    const QByteArray document = QJsonDocument(openApiDocument()).toJson(QJsonDocument::Indented);
+    if (line.arguments.isEmpty()) {
+        out << QString::fromUtf8(document);
+        return exitCode::success;
+    }
+    QSaveFile file(line.arguments[0]);
+    if (!file.open(QIODevice::WriteOnly) || file.write(document) != document.size() ||
+        !file.commit()) {
+        err << "vesk: cannot write " << line.arguments[0] << ": " << file.errorString() << '\n';
+        return exitCode::failure;
+    }
     return exitCode::success;
 }
 

@@ -19,6 +19,9 @@ int opsCommand(QTextStream& out);
 // vesk record NAME
 int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
 
+// vesk openapi [FILE]: the services' contract as an OpenAPI 3.1 document.
+int openApiCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
+
 // vesk demo [--external] [--listen HOST:PORT]
 int demoCommand(const CommandLine& line, QTextStream& out);
 
