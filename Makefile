@@ -6,7 +6,10 @@
 #   make tsan   the concurrency tests built with ThreadSanitizer
 #   make fuzz   every fuzzer, built with clang and both sanitizers, FUZZ_SECONDS each
 # And, by hand:
-#   make bench  the benchmarks, Release, with their ratios to the references
+#   make bench    the benchmarks, Release, with their ratios to the references
+#   make docs     the reference documentation, HTML, in build/docs/html
+#   make package  the Debian packages, in build/packages
+#   make install  installs the build (PREFIX=/usr/local by default)
 
 BUILD_DIR  ?= build
 BUILD_TYPE ?= RelWithDebInfo
@@ -20,7 +23,7 @@ CTEST      := ctest --output-on-failure --timeout 300 -j$(JOBS)
 
 MAKEFLAGS += --no-print-directory
 
-.PHONY: all deps configure build test demo asan tsan fuzz bench format clean
+.PHONY: all deps configure build test demo asan tsan fuzz bench docs package install format clean
 
 all: build
 
@@ -38,6 +41,17 @@ test: build
 
 demo: build
 	@$(BUILD_DIR)/tools/cli/vesk demo
+
+docs: configure
+	@cmake --build $(BUILD_DIR) --target docs
+
+package: build
+	@cd $(BUILD_DIR) && (cpack -G DEB -B packages > packages.log 2>&1 || (cat packages.log; exit 1))
+	@ls $(BUILD_DIR)/packages/*.deb
+
+PREFIX ?= /usr/local
+install: build
+	@cmake --install $(BUILD_DIR) --prefix $(PREFIX)
 
 # The library's tests with AddressSanitizer and UndefinedBehaviorSanitizer;
 # -O1 keeps the build quick and the tests fast.

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Makes the Debian packages of a build, unpacks them into a scratch root and
+# uses that root alone: the tools run, pkg-config finds the library, and the
+# example host program builds with find_package and calls the packaged
+# emulator.
+#
+#   run-packages.sh BUILD_DIR EXAMPLE_SOURCE WORK_DIR
+set -euo pipefail
+build=$1 example=$2 work=$3
+rm -rf "$work"
+mkdir -p "$work/debs" "$work/root"
+
+"${CPACK:-cpack}" -G DEB --config "$build/CPackConfig.cmake" -B "$work/debs" >"$work/cpack.log" 2>&1 || {
+    cat "$work/cpack.log"
+    exit 1
+}
+debs=("$work"/debs/*.deb)
+echo "packages:"
+for deb in "${debs[@]}"; do
+    echo "  $(dpkg-deb -f "$deb" Package) $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
+    dpkg-deb -x "$deb" "$work/root"
+done
+[[ ${#debs[@]} -eq 3 ]] || { echo "expected 3 packages, got ${#debs[@]}"; exit 1; }
+usr="$work/root/usr"
+
+# Every shared object of the runtime package finds what it needs.
+for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmorvanetwork.so; do
+    if ldd "$lib" | grep -q 'not found'; then
+        echo "$lib: unresolved libraries"; ldd "$lib"; exit 1
+    fi
+done
+version=$("$usr/bin/vesk" --version)
+echo "$version"
+[[ "$version" == vesk\ *\ \(libVeskIface\ *\) ]] || { echo "unexpected --version: $version"; exit 1; }
+
+# pkg-config: compile and link a program against the packaged library.
+cat >"$work/version.cpp" <<'PROGRAM'
+#include <vesk/vesk.h>
+#include <cstdio>
+int main() { std::printf("%s\n", vesk::version()); }
+PROGRAM
+export PKG_CONFIG_PATH="$usr/lib/pkgconfig"
+# shellcheck disable=SC2046
+g++ -std=c++17 "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs VeskIface) \
+    -Wl,-rpath,"$usr/lib"
+echo "pkg-config program: library $("$work/version")"
+
+"$(dirname "$0")/../consumer/run-example.sh" "$usr" "$example" "$work"
