@@ -16,6 +16,7 @@ TEST(CommandLineTest, DefaultsServeTheLoopbackPortInMemory) {
     const std::optional<CommandLine> line = parse({});
     ASSERT_TRUE(line);
     EXPECT_FALSE(line->help);
+    EXPECT_FALSE(line->version);
     EXPECT_EQ(line->options.host, "127.0.0.1");
     EXPECT_EQ(line->options.port, 55555);
     EXPECT_EQ(line->options.databaseFile, "");
@@ -31,6 +32,8 @@ TEST(CommandLineTest, OptionsSetTheAddressDatabaseAndSeed) {
     EXPECT_EQ(line->options.databaseFile, "state.db");
     EXPECT_EQ(line->options.seedFile, "my.json");
     EXPECT_TRUE(parse({"--help"})->help);
+    EXPECT_FALSE(parse({"--help"})->version);
+    EXPECT_TRUE(parse({"--version"})->version);
 }
 
 TEST(CommandLineTest, ListenTakesBracketedIpv6AndPortZero) {

@@ -29,9 +29,11 @@ for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmor
         echo "$lib: unresolved libraries"; ldd "$lib"; exit 1
     fi
 done
-version=$("$usr/bin/vesk" --version)
-echo "$version"
-[[ "$version" == vesk\ *\ \(libVeskIface\ *\) ]] || { echo "unexpected --version: $version"; exit 1; }
+for tool in vesk vesk-emulator; do
+    version=$("$usr/bin/$tool" --version)
+    echo "$version"
+    [[ "$version" == "$tool "*" (libVeskIface "*")" ]] || { echo "unexpected --version: $version"; exit 1; }
+done
 
 # pkg-config: compile and link a program against the packaged library.
 cat >"$work/version.cpp" <<'PROGRAM'

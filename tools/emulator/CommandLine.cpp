@@ -24,6 +24,7 @@ bool parseListenAddress(const QString& text, QString* host, quint16* port, QStri
 QString emulatorUsage() {
     return QStringLiteral(
         "Usage: vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help]\n"
+        "                    [--version]\n"
         "Serves the sales, discount and loyalty services of the back office, all sixteen\n"
         "operations, from a seed, until interrupted (Ctrl-C or SIGTERM).\n"
         "\n"
@@ -32,7 +33,8 @@ QString emulatorUsage() {
         "  --db FILE           keep the state in this SQLite file between runs (default: in\n"
         "                      memory, lost at exit); the seed goes only into an empty one\n"
         "  --seed FILE         the seed to start from (default: the one built in)\n"
-        "  --help              this text\n");
+        "  --help              this text\n"
+        "  --version           the versions of the emulator and of the library it loaded\n");
 }
 
 std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QString* error) {
@@ -43,7 +45,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     const QCommandLineOption db(QStringLiteral("db"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption seed(QStringLiteral("seed"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
-    parser.addOptions({listen, db, seed, help});
+    const QCommandLineOption version(QStringLiteral("version"));
+    parser.addOptions({listen, db, seed, help, version});
 
     const auto fail = [&](const QString& why) {
         if (error)
@@ -59,6 +62,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
 
     CommandLine line;
     line.help = parser.isSet(help);
+    line.version = parser.isSet(version);
     if (parser.isSet(listen)) {
         QString why;
         if (!parseListenAddress(parser.value(listen), &line.options.host, &line.options.port, &why))

@@ -9,10 +9,11 @@
 namespace vesk::emulator {
 
 // The command line of vesk-emulator:
-//     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help]
+//     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help] [--version]
 struct CommandLine {
     Options options;
     bool help = false;
+    bool version = false;
 };
 
 // `arguments` as main() gets them, the program's name first. nullopt, with

@@ -3,6 +3,8 @@
 #include "CommandLine.h"
 #include "Emulator.h"
 
+#include <vesk/version.h>
+
 #include <QCoreApplication>
 #include <QLoggingCategory>
 
@@ -37,6 +39,10 @@ int main(int argc, char* argv[]) {
     }
     if (line->help) {
         std::fputs(qPrintable(vesk::emulator::emulatorUsage()), stdout);
+        return 0;
+    }
+    if (line->version) {
+        std::printf("vesk-emulator %s (libVeskIface %s)\n", VESK_VERSION_STRING, vesk::version());
         return 0;
     }
     // One line per request unless QT_LOGGING_RULES says otherwise.
