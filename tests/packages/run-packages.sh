@@ -35,16 +35,5 @@ for tool in vesk vesk-emulator; do
     [[ "$version" == "$tool "*" (libVeskIface "*")" ]] || { echo "unexpected --version: $version"; exit 1; }
 done
 
-# pkg-config: compile and link a program against the packaged library.
-cat >"$work/version.cpp" <<'PROGRAM'
-#include <vesk/vesk.h>
-#include <cstdio>
-int main() { std::printf("%s\n", vesk::version()); }
-PROGRAM
-export PKG_CONFIG_PATH="$usr/lib/pkgconfig"
-# shellcheck disable=SC2046
-g++ -std=c++17 "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs VeskIface) \
-    -Wl,-rpath,"$usr/lib"
-echo "pkg-config program: library $("$work/version")"
-
+"$(dirname "$0")/../consumer/run-pkg-config.sh" "$usr/lib" "$work/pkg-config"
 "$(dirname "$0")/../consumer/run-example.sh" "$usr" "$example" "$work"
