@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <memory>
 #include <string>
 
 namespace vesk::emulator::test {
@@ -22,11 +23,16 @@ struct Reply {
     bool isObject = false;
 };
 
-// One POST on a fresh connection to the emulator at 127.0.0.1:`port`.
-inline Reply post(quint16 port, const std::string& path, const std::string& body) {
+// One request on a fresh connection to the emulator at 127.0.0.1:`port`:
+// GET, DELETE, PUT or POST (a JSON body).
+inline Reply send(quint16 port, const std::string& method, const std::string& path,
+                  const std::string& body = std::string()) {
     httplib::Client client("127.0.0.1", port);
     client.set_read_timeout(10, 0);
-    const httplib::Result result = client.Post(path, body, "application/json");
+    const httplib::Result result = method == "GET"      ? client.Get(path)
+                                   : method == "DELETE" ? client.Delete(path)
+                                   : method == "PUT"    ? client.Put(path, body, "application/json")
+                                                     : client.Post(path, body, "application/json");
     Reply reply;
     if (!result)
         return reply;
@@ -37,6 +43,25 @@ inline Reply post(quint16 port, const std::string& path, const std::string& body
     reply.body = document.object();
     return reply;
 }
+
+inline Reply post(quint16 port, const std::string& path, const std::string& body) {
+    return send(port, "POST", path, body);
+}
+
+// An emulator with the shipped seed, fresh for each test, on a port of the
+// system's choosing.
+class RunningEmulator : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Options options;
+        options.port = 0;
+        emulator = std::make_unique<Emulator>(options);
+        QString error;
+        ASSERT_TRUE(emulator->start(&error)) << error.toStdString();
+    }
+
+    std::unique_ptr<Emulator> emulator;
+};
 
 inline std::string salesPath(const char* operation) {
     return std::string("/api/axapta/ExchangeData_Sales/") + operation;

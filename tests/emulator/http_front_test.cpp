@@ -13,21 +13,11 @@
 namespace vesk::emulator::test {
 namespace {
 
-class HttpFrontTest : public ::testing::Test {
+class HttpFrontTest : public RunningEmulator {
 protected:
-    void SetUp() override {
-        Options options;
-        options.port = 0;
-        emulator = std::make_unique<Emulator>(options);
-        QString error;
-        ASSERT_TRUE(emulator->start(&error)) << error.toStdString();
-    }
-
     Reply post(const std::string& path, const std::string& body) {
         return test::post(emulator->port(), path, body);
     }
-
-    std::unique_ptr<Emulator> emulator;
 };
 
 struct ErrorRow {

@@ -23,8 +23,8 @@ bool parseListenAddress(const QString& text, QString* host, quint16* port, QStri
 
 QString emulatorUsage() {
     return QStringLiteral(
-        "Usage: vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help]\n"
-        "                    [--version]\n"
+        "Usage: vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--fault SPEC]...\n"
+        "                     [--help] [--version]\n"
         "Serves the sales, discount and loyalty services of the back office, all sixteen\n"
         "operations, from a seed, until interrupted (Ctrl-C or SIGTERM).\n"
         "\n"
@@ -33,6 +33,14 @@ QString emulatorUsage() {
         "  --db FILE           keep the state in this SQLite file between runs (default: in\n"
         "                      memory, lost at exit); the seed goes only into an empty one\n"
         "  --seed FILE         the seed to start from (default: the one built in)\n"
+        "  --fault SPEC        make calls misbehave, OPERATION:FAULT[;WHEN], e.g.\n"
+        "                      itemInfo:error=500,code=7,msg=Out of stock;times=2\n"
+        "                      FAULT: error=STATUS[,code=N][,msg=TEXT] | delay=MS | hang[=MS]\n"
+        "                             | notjson | truncate | oversize[=BYTES] | reset\n"
+        "                      WHEN:  times=N | fraction=F[,seed=S] | always (the default)\n"
+        "                      OPERATION \"*\" hits every operation; repeat for more rules.\n"
+        "                      At run time: /_emulator/faults, /_emulator/reset and\n"
+        "                      /_emulator/health on the same address (vesk emulator --help)\n"
         "  --help              this text\n"
         "  --version           the versions of the emulator and of the library it loaded\n");
 }
@@ -46,7 +54,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     const QCommandLineOption seed(QStringLiteral("seed"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
     const QCommandLineOption version(QStringLiteral("version"));
-    parser.addOptions({listen, db, seed, help, version});
+    const QCommandLineOption fault(QStringLiteral("fault"), QString(), QStringLiteral("SPEC"));
+    parser.addOptions({listen, db, seed, help, version, fault});
 
     const auto fail = [&](const QString& why) {
         if (error)
@@ -77,6 +86,13 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         line.options.seedFile = parser.value(seed);
         if (line.options.seedFile.isEmpty())
             return fail(QStringLiteral("--seed: the file name is empty"));
+    }
+    for (const QString& spec : parser.values(fault)) {
+        QString why;
+        const std::optional<FaultRule> rule = parseFaultSpec(spec, &why);
+        if (!rule)
+            return fail(QStringLiteral("--fault %1: %2").arg(spec, why));
+        line.options.faults.append(*rule);
     }
     return line;
 }

@@ -9,7 +9,8 @@
 namespace vesk::emulator {
 
 // The command line of vesk-emulator:
-//     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--help] [--version]
+//     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--fault SPEC]...
+//                   [--help] [--version]
 struct CommandLine {
     Options options;
     bool help = false;

@@ -1,11 +1,16 @@
 #include "Emulator.h"
 
+#include "AdminApi.h"
 #include "DiscountService.h"
+#include "FaultRules.h"
 #include "HttpFront.h"
+#include "Log.h"
 #include "LoyaltyService.h"
 #include "SalesService.h"
 #include "SeedData.h"
 #include "Store.h"
+
+#include <QElapsedTimer>
 
 namespace vesk::emulator {
 
@@ -17,11 +22,14 @@ struct Emulator::Running {
     std::unique_ptr<SalesService> sales;
     std::unique_ptr<DiscountService> discount;
     std::unique_ptr<LoyaltyService> loyalty;
+    std::unique_ptr<AdminApi> admin;
     std::unique_ptr<HttpFront> front;
+    QElapsedTimer uptime;
 };
 
 Emulator::Emulator(Options options)
-    : options_(std::move(options)) {}
+    : options_(std::move(options))
+    , faults_(std::make_unique<FaultRules>()) {}
 
 Emulator::~Emulator() {
     stop();
@@ -61,6 +69,12 @@ bool Emulator::start(QString* error) {
             }
             return store.seedText();
         });
+        if (!options_.seedFile.isEmpty() && kept != *seedText)
+            qCWarning(lcEmulator).noquote()
+                << QStringLiteral("--seed %1 is ignored: database %2 keeps the seed it was made "
+                                  "with, and its state. To start from %1, give a new --db file "
+                                  "(or none).")
+                       .arg(options_.seedFile, options_.databaseFile);
         const std::optional<SeedData> rules = SeedData::parse(kept, &why);
         if (!rules)
             return fail(QStringLiteral("The seed kept in database %1 is bad: %2")
@@ -74,17 +88,60 @@ bool Emulator::start(QString* error) {
     running_->sales = std::make_unique<SalesService>(store, running_->seed);
     running_->discount = std::make_unique<DiscountService>(store, running_->seed);
     running_->loyalty = std::make_unique<LoyaltyService>(store, running_->seed);
+    faults_->clear();
+    for (const FaultRule& rule : options_.faults)
+        faults_->add(rule);
+    Running* running = running_.get();
+    running_->admin = std::make_unique<AdminApi>(
+        *faults_,
+        [running] {
+            return AdminApi::Health{running->uptime.elapsed(),
+                                    running->front ? running->front->requestsServed() : 0};
+        },
+        [this](QString* error) { return reset(error); });
     running_->front =
-        std::make_unique<HttpFront>(*running_->sales, *running_->discount, *running_->loyalty);
+        std::make_unique<HttpFront>(*running_->sales, *running_->discount, *running_->loyalty,
+                                    faults_.get(), running_->admin.get());
+    running_->uptime.start();
     if (!running_->front->start(options_.host, options_.port, &why))
         return fail(why);
     return true;
 }
 
 void Emulator::stop() {
-    if (running_)
-        running_->front.reset(); // no request in flight past this point
+    // No request in flight past this point: the admin API's callbacks, which
+    // reach into running_, are over before any of it goes.
+    if (running_ && running_->front)
+        running_->front->stop();
     running_.reset();
+}
+
+bool Emulator::reset(QString* error) {
+    if (!running_) {
+        if (error)
+            *error = QStringLiteral("the emulator is not running");
+        return false;
+    }
+    Store& store = running_->store;
+    const SeedData& seed = running_->seed;
+    try {
+        // One transaction on the database thread: operations in flight
+        // finish before it or start after it, never see it half done.
+        store.transaction([&] {
+            const QByteArray text = store.seedText();
+            store.clear();
+            store.loadSeed(seed, text);
+        });
+    } catch (const StoreError& e) {
+        if (error)
+            *error = QString::fromUtf8(e.what());
+        return false;
+    }
+    return true;
+}
+
+FaultRules& Emulator::faults() {
+    return *faults_;
 }
 
 quint16 Emulator::port() const {

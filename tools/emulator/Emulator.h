@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Fault.h"
+
+#include <QList>
 #include <QString>
 #include <QtGlobal>
 
@@ -7,11 +10,14 @@
 
 namespace vesk::emulator {
 
+class FaultRules;
+
 struct Options {
     QString host = QStringLiteral("127.0.0.1");
     quint16 port = 55555; // 0: a port of the system's choosing
     QString databaseFile; // empty: an in-memory database
     QString seedFile; // empty: the seed shipped with the emulator (compiled in as a Qt resource)
+    QList<FaultRule> faults; // in force from the start, in this order
 };
 
 // The back office on one address: the sales, discount and loyalty services
@@ -27,8 +33,19 @@ public:
     // Opens the database, loads the seed into an empty one, binds and serves
     // on background threads. False, with a message in `error`, when the port
     // is in use, the seed is bad or the database cannot be opened or written.
+    // A seed file given for a database that keeps another seed is ignored
+    // with a warning on the "vesk.emulator" logger. The fault rules are the
+    // options' again.
     bool start(QString* error);
-    void stop();
+    void stop(); // ends delays and hangs in progress at once
+
+    // Every table back to the seed kept in the database, as on a fresh
+    // start, in one transaction between the operations in flight. False,
+    // with the reason, when stopped or when the database fails.
+    bool reset(QString* error);
+
+    // The fault rules in force (the admin API's too).
+    FaultRules& faults();
 
     quint16 port() const;    // the bound port
     QString baseUrl() const; // "http://<host>:<port>"
@@ -39,6 +56,7 @@ public:
 private:
     struct Running;
     Options options_;
+    std::unique_ptr<FaultRules> faults_;
     std::unique_ptr<Running> running_;
 };
 

@@ -1,20 +1,28 @@
 #include "HttpFront.h"
 
+#include "AdminApi.h"
 #include "Compression.h"
 #include "DiscountService.h"
-#include "Log.h"
+#include "FaultInjector.h"
+#include "FaultRules.h"
 #include "LoyaltyService.h"
+#include "RequestLog.h"
 #include "SalesService.h"
 #include "ServiceError.h"
+#include "StopSignal.h"
 
 #include <morva/Serder.h>
 
 #include <httplib.h>
 
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
+
+#include <pthread.h>
 #include <sys/socket.h>
 
 namespace vesk::emulator {
@@ -31,11 +39,17 @@ constexpr size_t maxBodyBytes = 8 * 1024 * 1024;
 // bytes costs the server more than it saves on the wire.
 constexpr qsizetype compressFromBytes = 1024;
 
+// Workers of the server's pool. A delay or a hang holds one for its length,
+// an idle kept-alive connection for a second: enough that a few of them
+// leave the others (and the admin API) served.
+constexpr size_t workerCount = 32;
+
 // Sets a JSON reply, gzip-compressed when it is large and the client takes
 // gzip. The media type carries its charset, which also keeps the HTTP
 // library from compressing on its own (it would pick brotli, slow to make).
-void replyJson(const httplib::Request& request, httplib::Response& response, int status,
-               const QJsonObject& object) {
+// Returns the body before compression, for the log.
+QByteArray replyJson(const httplib::Request& request, httplib::Response& response, int status,
+                     const QJsonObject& object) {
     static const char* const mediaType = "application/json; charset=utf-8";
     response.status = status;
     const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
@@ -43,15 +57,25 @@ void replyJson(const httplib::Request& request, httplib::Response& response, int
         acceptsGzip(request.get_header_value("Accept-Encoding"))) {
         response.set_header("Content-Encoding", "gzip");
         response.set_content(gzip(body).toStdString(), mediaType);
-        return;
+        return body;
     }
     response.set_content(body.toStdString(), mediaType);
+    return body;
 }
 
-void replyError(const httplib::Request& request, httplib::Response& response, int status, int code,
-                const QString& userMsg) {
-    replyJson(request, response, status,
-              QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("userMsg"), userMsg}});
+QByteArray replyError(const httplib::Request& request, httplib::Response& response, int status,
+                      int code, const QString& userMsg) {
+    return replyJson(
+        request, response, status,
+        QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("userMsg"), userMsg}});
+}
+
+int codeOf(const HttpFront::Answer& answer) {
+    return answer.status == 200 ? 0 : answer.object.value(QStringLiteral("code")).toInt();
+}
+
+QString methodAndPath(const httplib::Request& request) {
+    return QString::fromStdString(request.method + ' ' + request.path);
 }
 
 // One operation: the body as the service's request record, its reply as a variant map.
@@ -61,13 +85,6 @@ std::function<QVariant(const QVariant&)> operation(Service& service,
     return [&service, method](const QVariant& body) {
         return serder::serialize((service.*method)(serder::deserialize<Request>(body)));
     };
-}
-
-QString describe(const httplib::Request& request, int status, qint64 ms) {
-    return QStringLiteral("%1 %2 -> %3 (%4 ms)")
-        .arg(QString::fromStdString(request.method), QString::fromStdString(request.path))
-        .arg(status)
-        .arg(ms);
 }
 
 } // namespace
@@ -82,7 +99,12 @@ QString HttpFront::servicePath(const QString& service) {
     return QString();
 }
 
-HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty) {
+HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
+                     FaultRules* faults, const AdminApi* admin)
+    : faults_(faults)
+    , admin_(admin)
+    , stop_(std::make_unique<StopSignal>())
+    , injector_(std::make_unique<FaultInjector>(*stop_)) {
     addRoutes(sales, discount, loyalty);
 }
 
@@ -149,6 +171,60 @@ HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& b
     }
 }
 
+void HttpFront::serveOperation(const std::string& path, const QString& name,
+                               const httplib::Request& request, httplib::Response& response) {
+    QElapsedTimer timer;
+    timer.start();
+    RequestRecord record = RequestRecord::arrivingNow(name);
+    const QByteArray body = QByteArray::fromStdString(request.body);
+    logBody(name, "request", body);
+
+    FaultInjector::Played played = FaultInjector::Played::asUsual();
+    if (const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt) {
+        record.fault = faultKindName(fault->kind);
+        played = injector_->play(*fault, request, response, [&] { return answer(path, body); });
+    }
+    if (played.replyAsUsual) {
+        const Answer answered = answer(path, body);
+        played = {false, answered.status, codeOf(answered),
+                  replyJson(request, response, answered.status, answered.object)};
+    }
+    if (played.status == 0 && played.body.isEmpty())
+        logNoReply(name);
+    else
+        logBody(name, "reply", played.body);
+    record.status = played.status;
+    record.code = played.code;
+    record.ms = timer.elapsed();
+    ++served_;
+    logRequest(record);
+}
+
+void HttpFront::serveOther(const httplib::Request& request, httplib::Response& response) {
+    QElapsedTimer timer;
+    timer.start();
+    RequestRecord record = RequestRecord::arrivingNow(methodAndPath(request));
+    const QString path = QString::fromStdString(request.path);
+    if (admin_ && AdminApi::isAdminPath(request.path)) {
+        const Answer answered =
+            admin_->answer(request.method, request.path, QByteArray::fromStdString(request.body));
+        replyJson(request, response, answered.status, answered.object);
+        record.code = codeOf(answered);
+    } else {
+        if (operations_.count(request.path))
+            replyError(request, response, 405, code::wrongMethod,
+                       QStringLiteral("%1 takes POST only").arg(path));
+        else
+            replyError(request, response, 404, code::unknownPath,
+                       QStringLiteral("No operation at %1").arg(path));
+        record.code = response.status;
+        ++served_;
+    }
+    record.status = response.status;
+    record.ms = timer.elapsed();
+    logRequest(record);
+}
+
 bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     if (server_) {
         if (error)
@@ -169,27 +245,19 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     server->set_keep_alive_timeout(1);
     server->set_payload_max_length(maxBodyBytes);
 
+    // Hangs and delays hold workers: a pool of its own size.
+    server->new_task_queue = [] { return new httplib::ThreadPool(workerCount); };
+
     for (const auto& entry : operations_) {
         const std::string path = entry.first;
-        server->Post(path, [this, path](const httplib::Request& request,
-                                        httplib::Response& response) {
-            QElapsedTimer timer;
-            timer.start();
-            const Answer answered = answer(path, QByteArray::fromStdString(request.body));
-            replyJson(request, response, answered.status, answered.object);
-            qCDebug(lcEmulator).noquote() << describe(request, response.status, timer.elapsed());
-        });
+        const QString name = QString::fromStdString(path.substr(path.rfind('/') + 1));
+        server->Post(
+            path, [this, path, name](const httplib::Request& request, httplib::Response& response) {
+                serveOperation(path, name, request, response);
+            });
     }
     const auto other = [this](const httplib::Request& request, httplib::Response& response) {
-        if (operations_.count(request.path))
-            replyError(
-                request, response, 405, code::wrongMethod,
-                QStringLiteral("%1 takes POST only").arg(QString::fromStdString(request.path)));
-        else
-            replyError(
-                request, response, 404, code::unknownPath,
-                QStringLiteral("No operation at %1").arg(QString::fromStdString(request.path)));
-        qCDebug(lcEmulator).noquote() << describe(request, response.status, 0);
+        serveOther(request, response);
     };
     server->Post(".*", other);
     server->Get(".*", other);
@@ -209,6 +277,7 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
                 status == 413
                     ? QStringLiteral("The body is larger than 8 MiB")
                     : QStringLiteral("The request could not be read (HTTP status %1)").arg(status));
+            logRequest(RequestRecord::arrivingNow(methodAndPath(request), status, status));
             return httplib::Server::HandlerResponse::Handled;
         }));
     server->set_exception_handler([](const httplib::Request& request, httplib::Response& response,
@@ -229,7 +298,17 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
     }
     port_ = static_cast<quint16>(bound);
     server_ = std::move(server);
-    thread_ = std::thread([this] { server_->listen_after_bind(); });
+    stop_->lower();
+    thread_ = std::thread([this] {
+        // A client that goes while its reply is written must not end the
+        // process: the workers, made by this thread, inherit the mask and
+        // get EPIPE instead of SIGPIPE.
+        sigset_t pipe;
+        sigemptyset(&pipe);
+        sigaddset(&pipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+        server_->listen_after_bind();
+    });
     // stop() reaches only a server whose accept loop has begun; requests
     // that come before wait in the listening socket's backlog.
     while (!server_->is_running())
@@ -240,6 +319,7 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
 void HttpFront::stop() {
     if (!server_)
         return;
+    stop_->raise(); // the workers' waits end, so that the pool can be joined at once
     server_->stop();
     if (thread_.joinable())
         thread_.join();

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -12,13 +13,19 @@
 
 namespace httplib {
 class Server;
-}
+struct Request;
+struct Response;
+} // namespace httplib
 
 namespace vesk::emulator {
 
+class AdminApi;
 class DiscountService;
+class FaultInjector;
+class FaultRules;
 class LoyaltyService;
 class SalesService;
+class StopSignal;
 
 // The HTTP side of the emulator: the sixteen operations as POST routes under
 // /api/axapta/ExchangeData_Disc/, .../ExchangeData_Loyalty/ and
@@ -32,13 +39,19 @@ class SalesService;
 // body that is not a JSON object 400; an unknown path 404; another method
 // than POST on an operation's path 405; a body over 8 MiB 413; a failure of
 // the emulator itself 500. Bad input never stops the server.
+//
+// With fault rules, each operation's call may misbehave as a rule says
+// (FaultInjector); with an admin API, its routes are served under
+// AdminApi::prefix. Every request is logged in one line (RequestLog.h).
 class HttpFront {
 public:
     // The base path of a service ("disc", "loyalty", "sales"), e.g.
     // "/api/axapta/ExchangeData_Sales/"; empty for another name.
     static QString servicePath(const QString& service);
 
-    HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty);
+    // `faults` and `admin` may be null; both must outlive the front.
+    HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
+              FaultRules* faults = nullptr, const AdminApi* admin = nullptr);
     ~HttpFront(); // stops
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
@@ -53,15 +66,26 @@ public:
 
     // Binds (port 0: any free port) and serves on background threads.
     bool start(const QString& host, quint16 port, QString* error);
+    // Ends the delays and hangs in progress at once, then the serving.
     void stop();
     quint16 port() const { return port_; }
+    // Requests answered so far, the admin API's not counted.
+    qint64 requestsServed() const { return served_.load(); }
 
 private:
     using Operation = std::function<QVariant(const QVariant& body)>;
     void addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty);
+    void serveOperation(const std::string& path, const QString& name,
+                        const httplib::Request& request, httplib::Response& response);
+    void serveOther(const httplib::Request& request, httplib::Response& response);
 
     std::unique_ptr<httplib::Server> server_;
     std::map<std::string, Operation> operations_; // by path
+    FaultRules* faults_;
+    const AdminApi* admin_;
+    std::unique_ptr<StopSignal> stop_;
+    std::unique_ptr<FaultInjector> injector_;
+    std::atomic<qint64> served_{0};
     std::thread thread_;
     quint16 port_ = 0;
 };

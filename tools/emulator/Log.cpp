@@ -1,3 +1,4 @@
 #include "Log.h"
 
-Q_LOGGING_CATEGORY(lcEmulator, "veskemulator", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcEmulator, vesk::emulator::emulatorCategoryName, QtWarningMsg)
+Q_LOGGING_CATEGORY(lcEmulatorBody, vesk::emulator::emulatorBodyCategoryName, QtWarningMsg)

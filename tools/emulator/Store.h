@@ -112,6 +112,8 @@ public:
     bool hasSeed();
     QByteArray seedText();
     void loadSeed(const SeedData& seed, const QByteArray& text);
+    // Empties every table, the seed's text too, as in a new database.
+    void clear();
 
     std::optional<Item> item(const QString& barcode);
     Milli stock(const QString& sectionId, const QString& barcode);

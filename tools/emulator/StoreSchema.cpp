@@ -67,6 +67,22 @@ void Store::createSchema() {
          {QString::fromLatin1(schemaVersion)});
 }
 
+void Store::clear() {
+    checkOnThread();
+    // Every table of the schema but meta, whose schema version stays.
+    static const QLatin1String create("CREATE TABLE IF NOT EXISTS ");
+    for (const char* statement : schema) {
+        const QString text = QString::fromLatin1(statement);
+        const QString table =
+            text.mid(create.size(), text.indexOf(QLatin1Char(' '), create.size()) - create.size());
+        if (table != QLatin1String("meta"))
+            exec(QStringLiteral("DELETE FROM %1").arg(table));
+    }
+    exec(QStringLiteral("DELETE FROM meta WHERE key = 'seed'"));
+    // Token numbers start again from 1, as in a new database.
+    exec(QStringLiteral("DELETE FROM sqlite_sequence"));
+}
+
 bool Store::hasSeed() {
     checkOnThread();
     return exec(QStringLiteral("SELECT 1 FROM meta WHERE key = 'seed'")).next();

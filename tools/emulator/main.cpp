@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "Emulator.h"
+#include "LogFilter.h"
 
 #include <vesk/version.h>
 
@@ -45,9 +46,9 @@ int main(int argc, char* argv[]) {
         std::printf("vesk-emulator %s (libVeskIface %s)\n", VESK_VERSION_STRING, vesk::version());
         return 0;
     }
-    // One line per request unless QT_LOGGING_RULES says otherwise.
-    if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES"))
-        QLoggingCategory::setFilterRules(QStringLiteral("veskemulator.debug=true"));
+    // One line per request, whatever rules the shell sets for the client's
+    // loggers; only rules that name the emulator's own categories count.
+    vesk::emulator::installEmulatorLogFilter(vesk::emulator::processLoggingRules());
 
     vesk::emulator::Emulator emulator(line->options);
     if (!emulator.start(&error)) {
@@ -61,6 +62,9 @@ int main(int argc, char* argv[]) {
     std::printf("state: %s\n", line->options.databaseFile.isEmpty()
                                    ? "in memory"
                                    : qPrintable(line->options.databaseFile));
+    std::printf("admin: %s/_emulator/ (health, faults, reset)\n", qPrintable(emulator.baseUrl()));
+    for (const vesk::emulator::FaultRule& rule : line->options.faults)
+        std::printf("fault: %s\n", qPrintable(vesk::emulator::faultSpec(rule)));
     std::printf("Ctrl-C to stop\n");
     std::fflush(stdout);
 

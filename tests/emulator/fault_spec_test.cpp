@@ -1,0 +1,167 @@
+// Fault rules as the command line and the admin API give them: their text,
+// their JSON form, and what is refused.
+
+#include <emulator/Fault.h>
+
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+namespace vesk::emulator::test {
+namespace {
+
+struct GoodSpec {
+    const char* spec;
+    const char* canonical; // what faultSpec() writes back
+    Fault::Kind kind;
+    int status;
+    int code;
+    const char* userMsg;
+    int ms;
+    qint64 bytes;
+    FaultRule::When when;
+    qint64 times;
+    double fraction;
+};
+
+void PrintTo(const GoodSpec& row, std::ostream* out) {
+    *out << row.spec;
+}
+
+class FaultSpecReads : public testing::TestWithParam<GoodSpec> {};
+
+TEST_P(FaultSpecReads, IntoTheRuleAndBackToItsText) {
+    const GoodSpec& row = GetParam();
+    QString error;
+    const std::optional<FaultRule> rule = parseFaultSpec(QString::fromUtf8(row.spec), &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    EXPECT_EQ(rule->fault.kind, row.kind);
+    EXPECT_EQ(rule->fault.status, row.status);
+    EXPECT_EQ(rule->fault.code, row.code);
+    EXPECT_EQ(rule->fault.userMsg, QString::fromUtf8(row.userMsg));
+    EXPECT_EQ(rule->fault.ms, row.ms);
+    EXPECT_EQ(rule->fault.bytes, row.bytes);
+    EXPECT_EQ(rule->when, row.when);
+    EXPECT_EQ(rule->times, row.times);
+    EXPECT_EQ(rule->fraction, row.fraction);
+    EXPECT_EQ(faultSpec(*rule), QString::fromUtf8(row.canonical));
+    EXPECT_EQ(parseFaultSpec(faultSpec(*rule), nullptr), rule);
+    // The admin API's members form reads back into the same rule.
+    QJsonObject members = faultRuleToJson(*rule);
+    EXPECT_EQ(members.take(QStringLiteral("spec")).toString(), faultSpec(*rule));
+    EXPECT_EQ(faultRuleFromJson(members, &error), rule) << error.toStdString();
+}
+
+using K = Fault::Kind;
+using W = FaultRule::When;
+INSTANTIATE_TEST_SUITE_P(
+    EveryKindAndCondition, FaultSpecReads,
+    testing::Values(GoodSpec{"itemInfo:error=500,code=7,msg=Out of stock;times=2",
+                             "itemInfo:error=500,code=7,msg=Out of stock;times=2", K::Error, 500, 7,
+                             "Out of stock", 0, 0, W::Times, 2, 1},
+                    GoodSpec{"discCalc:error=503", "discCalc:error=503,code=503,msg=Injected fault",
+                             K::Error, 503, 503, "Injected fault", 0, 0, W::Always, 0, 1},
+                    GoodSpec{"*:error=400,msg=a\\, b\\; c\\\\",
+                             "*:error=400,code=400,msg=a\\, b\\; c\\\\", K::Error, 400, 400,
+                             "a, b; c\\", 0, 0, W::Always, 0, 1},
+                    GoodSpec{"processId:delay=250", "processId:delay=250", K::Delay, 0, 0, "", 250,
+                             0, W::Always, 0, 1},
+                    GoodSpec{"commitCheque:hang", "commitCheque:hang=300000", K::Hang, 0, 0, "",
+                             300000, 0, W::Always, 0, 1},
+                    GoodSpec{"commitCheque:hang=2000;always", "commitCheque:hang=2000", K::Hang, 0,
+                             0, "", 2000, 0, W::Always, 0, 1},
+                    GoodSpec{"getCardBalance:notjson;fraction=0.25,seed=9",
+                             "getCardBalance:notjson;fraction=0.25,seed=9", K::NotJson, 0, 0, "", 0,
+                             0, W::Fraction, 0, 0.25},
+                    GoodSpec{"reserveCheque:truncate;times=1", "reserveCheque:truncate;times=1",
+                             K::Truncate, 0, 0, "", 0, 0, W::Times, 1, 1},
+                    GoodSpec{"itemInfo:oversize", "itemInfo:oversize=8388608", K::Oversize, 0, 0,
+                             "", 0, 8388608, W::Always, 0, 1},
+                    GoodSpec{"itemInfo:oversize=5000000", "itemInfo:oversize=5000000", K::Oversize,
+                             0, 0, "", 0, 5000000, W::Always, 0, 1},
+                    GoodSpec{"unreserveCheque:reset", "unreserveCheque:reset", K::Reset, 0, 0, "",
+                             0, 0, W::Always, 0, 1}));
+
+struct BadSpec {
+    const char* spec;
+    const char* error;
+};
+
+void PrintTo(const BadSpec& row, std::ostream* out) {
+    *out << row.spec;
+}
+
+class FaultSpecRefuses : public testing::TestWithParam<BadSpec> {};
+
+TEST_P(FaultSpecRefuses, WithWhatIsWrong) {
+    QString error;
+    EXPECT_FALSE(parseFaultSpec(QString::fromUtf8(GetParam().spec), &error));
+    EXPECT_EQ(error.toStdString(), GetParam().error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BadText, FaultSpecRefuses,
+    testing::Values(
+        BadSpec{"", "empty: expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"itemInfo", "no ':': expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"itemInfo:", "no fault after ':': expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"itemlnfo:reset",
+                "unknown operation \"itemlnfo\" (an operation's name, such as itemInfo, or *)"},
+        BadSpec{"itemInfo:explode", "unknown fault \"explode\" (error, delay, hang, notjson, "
+                                    "truncate, oversize or reset)"},
+        BadSpec{"itemInfo:error", "error needs a value: error=STATUS"},
+        BadSpec{"itemInfo:error=200", "error: \"200\" is not a whole number from 400 to 599"},
+        BadSpec{"itemInfo:delay=-1", "delay: \"-1\" is not a whole number from 0 to 600000"},
+        BadSpec{"itemInfo:reset=5", "reset takes no value"},
+        BadSpec{"itemInfo:delay=5,code=1", "delay does not take \"code\""},
+        BadSpec{"itemInfo:error=500,code=1,code=2", "\"code\" is given twice"},
+        BadSpec{"itemInfo:reset;times=0",
+                "times: \"0\" is not a whole number from 1 to 1000000000"},
+        BadSpec{"itemInfo:reset;fraction=1.5",
+                "fraction: \"1.5\" is not a number above 0 and at most 1"},
+        BadSpec{"itemInfo:reset;sometimes",
+                "unknown condition \"sometimes\" (times=N, fraction=F[,seed=S] or always)"},
+        BadSpec{"itemInfo:reset;times=1;always",
+                "more than one ';': expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"itemInfo:error=500,msg=trailing\\", "a '\\' ends the text: nothing to escape"}));
+
+TEST(FaultRuleJson, MembersFormReadsAsTheTextWould) {
+    QString error;
+    const std::optional<FaultRule> rule = faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "error", "status": 500,
+                                    "code": 7, "msg": "Out, of; stock", "times": 2})")
+            .object(),
+        &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    EXPECT_EQ(faultSpec(*rule),
+              QStringLiteral("itemInfo:error=500,code=7,msg=Out\\, of\\; stock;times=2"));
+    const std::optional<FaultRule> fromSpec = faultRuleFromJson(
+        QJsonObject{{QStringLiteral("spec"), QStringLiteral("itemInfo:delay=10")}}, &error);
+    ASSERT_TRUE(fromSpec) << error.toStdString();
+    EXPECT_EQ(fromSpec->fault.ms, 10);
+}
+
+TEST(FaultRuleJson, RefusesUnknownMembersAndWrongTypes) {
+    QString error;
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "reset", "when": 1})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("unknown member \"when\""));
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "delay", "ms": "5"})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("\"ms\" must be a number"));
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "delay", "bytes": 5})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("delay does not take \"bytes\""));
+    EXPECT_FALSE(
+        faultRuleFromJson(QJsonDocument::fromJson(R"({"fault": "reset"})").object(), &error));
+    EXPECT_EQ(error, QStringLiteral("\"operation\" and \"fault\" are required"));
+}
+
+} // namespace
+} // namespace vesk::emulator::test

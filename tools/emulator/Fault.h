@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+#include <optional>
+
+namespace vesk::emulator {
+
+// How one reply misbehaves (README.md, "Faults", shows each on the wire).
+struct Fault {
+    enum class Kind {
+        Error,    // status, code and userMsg as a service's refusal; the operation is not done
+        Delay,    // ms of silence, then the operation's own reply
+        Hang,     // no reply for ms, or until the client goes, then the connection closes
+        NotJson,  // status 200 with an HTML page; the operation is not done
+        Truncate, // half of the operation's reply under a Content-Length for all of it, then close
+        Oversize, // the operation's reply padded with spaces to `bytes`: still valid JSON
+        Reset,    // the connection is reset (RST) without a reply; the operation is not done
+    };
+    Kind kind = Kind::Error;
+    int status = 0; // Error
+    int code = 0;   // Error
+    QString userMsg;
+    int ms = 0;       // Delay, Hang
+    qint64 bytes = 0; // Oversize
+
+    bool operator==(const Fault& other) const;
+};
+
+// A fault, the operation that it hits and which of its calls.
+struct FaultRule {
+    enum class When {
+        Always,
+        Times,    // the next `times` calls
+        Fraction, // each call with probability `fraction`, drawn from a PRNG seeded with `seed`
+    };
+    QString operation; // an operation's name ("itemInfo"), or "*" for all
+    Fault fault;
+    When when = When::Always;
+    qint64 times = 0;
+    double fraction = 1;
+    quint64 seed = 1;
+
+    bool operator==(const FaultRule& other) const;
+};
+
+// "error", "delay", "hang", "notjson", "truncate", "oversize" or "reset".
+QString faultKindName(Fault::Kind kind);
+
+// The names of the sixteen operations, as in their paths.
+const QStringList& operationNames();
+
+// A rule from its text:
+//   SPEC  = OPERATION ":" FAULT [";" WHEN]
+//   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS | "hang" ["=" MS]
+//         | "notjson" | "truncate" | "oversize" ["=" BYTES] | "reset"
+//   WHEN  = "times=" N | "fraction=" F ["," "seed=" S] | "always"
+// e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2". A backslash
+// takes the next character as it is ("\," "\;" "\\"). nullopt, with what is
+// wrong in `error`, for anything else.
+std::optional<FaultRule> parseFaultSpec(const QString& spec, QString* error);
+
+// The rule's text in the form above; parseFaultSpec() gives the rule back.
+QString faultSpec(const FaultRule& rule);
+
+// The admin API's form of a rule, either {"spec": SPEC} or its members:
+//   {"operation": "itemInfo", "fault": "error", "status": 500, "code": 7,
+//    "msg": "Out of stock", "times": 2}
+// ("ms" for delay and hang, "bytes" for oversize, "fraction" and "seed").
+// Checked as parseFaultSpec() checks the text.
+std::optional<FaultRule> faultRuleFromJson(const QJsonObject& object, QString* error);
+QJsonObject faultRuleToJson(const FaultRule& rule); // the members' form, with "spec"
+
+} // namespace vesk::emulator

@@ -1,0 +1,133 @@
+#include "FaultInjector.h"
+
+#include "Log.h"
+#include "ServedConnection.h"
+#include "StopSignal.h"
+
+#include <httplib.h>
+
+#include <QJsonDocument>
+
+namespace vesk::emulator {
+
+namespace {
+
+const char* const jsonType = "application/json; charset=utf-8";
+
+const char* const notJsonPage =
+    "<html><head><title>502 Bad Gateway</title></head>\n"
+    "<body><h1>Bad Gateway</h1><p>The back office is not answering (a fault injected by "
+    "vesk-emulator).</p></body></html>\n";
+
+QByteArray compact(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+int codeOf(const HttpFront::Answer& answer) {
+    return answer.status == 200 ? 0 : answer.object.value(QStringLiteral("code")).toInt();
+}
+
+const char* reasonPhrase(int status) {
+    switch (status) {
+    case 200:
+        return "OK";
+    case 400:
+        return "Bad Request";
+    case 401:
+        return "Unauthorized";
+    case 403:
+        return "Forbidden";
+    case 404:
+        return "Not Found";
+    case 409:
+        return "Conflict";
+    default:
+        return status >= 500 ? "Internal Server Error" : "Error";
+    }
+}
+
+FaultInjector::Played replyError(httplib::Response& response, int status, int code,
+                                 const QString& userMsg) {
+    const QByteArray body =
+        compact(QJsonObject{{QStringLiteral("code"), code}, {QStringLiteral("userMsg"), userMsg}});
+    response.status = status;
+    response.set_content(body.toStdString(), jsonType);
+    return {false, status, code, body};
+}
+
+// The fault could not be played on the socket (it was not found): say so
+// rather than pretend.
+FaultInjector::Played cannotPlay(httplib::Response& response, const char* what) {
+    const QString message =
+        QStringLiteral("The emulator could not %1: the connection's socket was not found")
+            .arg(QLatin1String(what));
+    qCWarning(lcEmulator).noquote() << message;
+    return replyError(response, 500, 500, message);
+}
+
+} // namespace
+
+FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Request& request,
+                                          httplib::Response& response,
+                                          const std::function<HttpFront::Answer()>& perform) const {
+    const auto connection = [&] {
+        return ServedConnection::find(request.local_port, request.remote_addr, request.remote_port);
+    };
+    switch (fault.kind) {
+    case Fault::Kind::Error:
+        return replyError(response, fault.status, fault.code, fault.userMsg);
+    case Fault::Kind::Delay:
+        stop_.wait(fault.ms);
+        return Played::asUsual();
+    case Fault::Kind::Hang: {
+        ServedConnection served = connection();
+        if (!served.isValid())
+            return cannotPlay(response, "hang");
+        served.waitIdle(fault.ms, stop_);
+        served.close();
+        return Played{};
+    }
+    case Fault::Kind::NotJson:
+        response.status = 200;
+        response.set_content(notJsonPage, "text/html; charset=utf-8");
+        return {false, 200, 0, QByteArray(notJsonPage)};
+    case Fault::Kind::Truncate: {
+        ServedConnection served = connection();
+        if (!served.isValid())
+            return cannotPlay(response, "truncate the reply");
+        const HttpFront::Answer answer = perform();
+        const QByteArray body = compact(answer.object);
+        const QByteArray half = body.left(body.size() / 2);
+        const QByteArray head =
+            QStringLiteral("HTTP/1.1 %1 %2\r\nContent-Type: %3\r\n"
+                           "Content-Length: %4\r\nConnection: close\r\n\r\n")
+                .arg(answer.status)
+                .arg(QLatin1String(reasonPhrase(answer.status)), QLatin1String(jsonType))
+                .arg(body.size())
+                .toLatin1();
+        served.send(head + half);
+        served.close();
+        return {false, answer.status, codeOf(answer), half};
+    }
+    case Fault::Kind::Oversize: {
+        const HttpFront::Answer answer = perform();
+        QByteArray body = compact(answer.object);
+        // Trailing spaces keep it one valid JSON value of the size asked.
+        if (body.size() < fault.bytes)
+            body.append(QByteArray(fault.bytes - body.size(), ' '));
+        response.status = answer.status;
+        response.set_content(body.toStdString(), jsonType);
+        return {false, answer.status, codeOf(answer), body};
+    }
+    case Fault::Kind::Reset: {
+        ServedConnection served = connection();
+        if (!served.isValid())
+            return cannotPlay(response, "reset the connection");
+        served.reset();
+        return Played{};
+    }
+    }
+    return Played::asUsual();
+}
+
+} // namespace vesk::emulator
