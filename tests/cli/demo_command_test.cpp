@@ -26,6 +26,19 @@ TEST_F(ExternalDemo, RunsTheWholeSaleAgainstAListeningEmulator) {
     EXPECT_TRUE(run.out.contains(allGood)) << run.out.toStdString();
 }
 
+TEST_F(ExternalDemo, RunsAgainAndAgainAgainstTheSameEmulator) {
+    const QStringList arguments{QStringLiteral("demo"), QStringLiteral("--external"),
+                                QStringLiteral("--listen"),
+                                QStringLiteral("127.0.0.1:%1").arg(port())};
+    for (int run = 1; run <= 3; ++run) {
+        const VeskRun demo = runVesk(arguments);
+        EXPECT_EQ(demo.exitCode, 0) << "run " << run << ": " << testing::PrintToString(demo);
+        EXPECT_TRUE(demo.out.contains(QStringLiteral("Emulator reset to its seed\n")))
+            << demo.out.toStdString();
+        EXPECT_TRUE(demo.out.contains(allGood)) << demo.out.toStdString();
+    }
+}
+
 TEST(DemoCommand, NoEmulatorListeningFailsWithExitStatus1) {
     const ClosedPort closed;
     const VeskRun run =

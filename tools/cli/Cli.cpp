@@ -2,6 +2,7 @@
 
 #include "CommandLine.h"
 #include "Commands.h"
+#include "EmulatorCommand.h"
 #include "ExitCodes.h"
 #include "ProcessSettings.h"
 
@@ -43,11 +44,13 @@ int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream
     if (line.command == QLatin1String("call"))
         return callCommand(line, out, err, in);
     if (line.command == QLatin1String("ops"))
-        return opsCommand(out);
+        return opsCommand(line, out);
     if (line.command == QLatin1String("record"))
         return recordCommand(line, out, err);
     if (line.command == QLatin1String("openapi"))
         return openApiCommand(line, out, err);
+    if (line.command == QLatin1String("emulator"))
+        return emulatorCommand(line, out, err);
     return demoCommand(line, out);
 }
 

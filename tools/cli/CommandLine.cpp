@@ -22,7 +22,6 @@ struct OptionDefinition {
 };
 
 enum CommonOption { configOption, urlOption, verboseOption, helpOption, versionOption };
-enum DemoOption { externalOption, listenOption };
 
 const QList<OptionDefinition>& commonOptions() {
     static const QList<OptionDefinition> options = {
@@ -63,6 +62,50 @@ const QList<OptionDefinition>& demoOptions() {
     return options;
 }
 
+const QList<OptionDefinition>& callOptions() {
+    static const QList<OptionDefinition> options = {
+        {{QStringLiteral("strict")},
+         QString(),
+         QStringLiteral("refuse a request with keys that name no member or\n"
+                        "values that do not fit their member (exit 64,\n"
+                        "nothing sent), instead of warning")},
+        {{QStringLiteral("timeout")},
+         QStringLiteral("MS"),
+         QStringLiteral("the whole exchange may take this long (default:\n"
+                        "Network:timeoutMs of the configuration, 15000)")},
+        {{QStringLiteral("connect-timeout")},
+         QStringLiteral("MS"),
+         QStringLiteral("connecting may take this long (default:\n"
+                        "Network:connectTimeoutMs, 5000)")},
+        {{QStringLiteral("cacert")},
+         QStringLiteral("FILE"),
+         QStringLiteral("a CA bundle trusted besides the system's (default:\n"
+                        "Network:caFile)")},
+    };
+    return options;
+}
+
+// The options of its own that a command takes besides those of every command.
+enum class OwnOptions { none, demo, listen, call, json };
+
+QList<OptionDefinition> ownOptions(OwnOptions own) {
+    switch (own) {
+    case OwnOptions::demo:
+        return demoOptions();
+    case OwnOptions::call:
+        return callOptions();
+    case OwnOptions::json:
+        return {{{QStringLiteral("json")}, QString(), QStringLiteral("print the listing as JSON")}};
+    case OwnOptions::listen:
+        return {{{QStringLiteral("listen")},
+                 QStringLiteral("HOST:PORT"),
+                 QStringLiteral("where the emulator listens (default 127.0.0.1:55555)")}};
+    case OwnOptions::none:
+        break;
+    }
+    return {};
+}
+
 struct CommandDefinition {
     QString name;
     QString arguments; // as the usage line shows them
@@ -70,7 +113,7 @@ struct CommandDefinition {
     int maxArguments;
     QString summary; // for the list of commands
     QString details; // for the command's own usage
-    bool demoOptions;
+    OwnOptions own;
 };
 
 const QString exitStatus =
@@ -90,15 +133,20 @@ const QList<CommandDefinition>& commands() {
              "  -       the request object read from standard input\n"
              "          (nothing: the empty request {})\n"
              "\n"
-             "Members that the request leaves out keep their defaults; keys that name no\n"
-             "member of the request record are ignored, with a warning. `vesk ops` lists\n"
-             "the operations, `vesk record NAME` the members of a record.\n"),
-         false},
+             "Members that the request leaves out keep their defaults.\n"
+             "Keys that name no member of its record, at any depth, and values that do\n"
+             "not fit their member without loss (text for a number, a fraction for an\n"
+             "integer, an object for a list...) are reported with their JSON path: as\n"
+             "warnings, or with --strict as errors, and then nothing is sent. The\n"
+             "response keeps the record's order of members. A refused call shows the\n"
+             "service's code and message, the HTTP status and the start of the body.\n"
+             "`vesk ops` lists the operations, `vesk record NAME` the members of a record.\n"),
+         OwnOptions::call},
         {QStringLiteral("ops"), QString(), 0, 0,
          QStringLiteral("list the operations and their records"),
          QStringLiteral("Lists the sixteen operations, one a line: service, operation, request\n"
-                        "record and response record.\n"),
-         false},
+                        "record and response record; with --json, as a JSON array.\n"),
+         OwnOptions::json},
         {QStringLiteral("record"), QStringLiteral("NAME"), 1, 1,
          QStringLiteral("list the members of a record"),
          QStringLiteral(
@@ -107,8 +155,9 @@ const QList<CommandDefinition>& commands() {
              "(vesk::disc::LinesEntryRequest), without vesk:: (disc::LinesEntryRequest),\n"
              "or the class name alone when only one service has a record of that name.\n"
              "Kinds: integer, number, boolean, string, string list, date-time, and\n"
-             "list of RECORD (a list of entries, each the record named).\n"),
-         false},
+             "list of RECORD (a list of entries, each the record named). With --json, as\n"
+             "a JSON array of {\"key\", \"kind\", \"optional\", \"entry\"}.\n"),
+         OwnOptions::json},
         {QStringLiteral("openapi"), QStringLiteral("[FILE]"), 0, 1,
          QStringLiteral("write the services' contract as an OpenAPI 3.1 document"),
          QStringLiteral(
@@ -116,7 +165,21 @@ const QList<CommandDefinition>& commands() {
              "standard output: every operation with its request and response, every record with\n"
              "its members, their JSON types, which are always sent (required) and the\n"
              "entry records of lists, and the error object of a refused call.\n"),
-         false},
+         OwnOptions::none},
+        {QStringLiteral("emulator"), QStringLiteral("health | faults | fault SPEC | clear | reset"),
+         1, 2, QStringLiteral("drive a running vesk-emulator: faults, reset, health"),
+         QStringLiteral(
+             "Drives the vesk-emulator that listens at --listen through its admin API.\n"
+             "\n"
+             "  health      whether it serves, since when, how many requests, active faults\n"
+             "  faults      the fault rules in force, with how often each fired\n"
+             "  fault SPEC  adds a rule, OPERATION:FAULT[;WHEN] as vesk-emulator --fault\n"
+             "              takes it, e.g. itemInfo:error=503,code=42,msg=Busy;times=1\n"
+             "  clear       removes every fault rule\n"
+             "  reset       puts every table back to the seed, as on a fresh start\n"
+             "\n"
+             "Prints the emulator's answer as JSON. `vesk-emulator --help` lists the faults.\n"),
+         OwnOptions::listen},
         {QStringLiteral("demo"), QStringLiteral("[--external] [--listen HOST:PORT]"), 0, 0,
          QStringLiteral("run one whole sale against the emulator"),
          QStringLiteral(
@@ -124,11 +187,12 @@ const QList<CommandDefinition>& commands() {
              "emulator, started in this process unless --external, and prints its trace\n"
              "and receipt; it fails (exit status 1) unless every step behaved as the\n"
              "seed says. The demo points the clients at its emulator itself: --url does\n"
-             "not apply to it.\n"),
-         true},
+             "not apply to it. An external emulator is reset to its seed first, so that\n"
+             "the demo can run again and again against the same one.\n"),
+         OwnOptions::demo},
         {QStringLiteral("help"), QStringLiteral("[COMMAND]"), 0, 1,
          QStringLiteral("show this usage, or the usage of a command"),
-         QStringLiteral("Shows the usage of vesk, or of COMMAND.\n"), false},
+         QStringLiteral("Shows the usage of vesk, or of COMMAND.\n"), OwnOptions::none},
     };
     return definitions;
 }
@@ -187,8 +251,7 @@ QString commandUsage(const CommandDefinition& definition) {
     if (!definition.arguments.isEmpty())
         text += QLatin1Char(' ') + definition.arguments;
     text += QLatin1Char('\n') + definition.details + QStringLiteral("\nOptions:\n");
-    if (definition.demoOptions)
-        text += optionLines(demoOptions());
+    text += optionLines(ownOptions(definition.own));
     return text + optionLines(commonOptions()) + QLatin1Char('\n') + exitStatus;
 }
 
@@ -256,9 +319,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     QCommandLineParser second;
     second.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     second.addOptions(common);
-    const QList<QCommandLineOption> demo = parserOptions(demoOptions());
-    if (definition->demoOptions)
-        second.addOptions(demo);
+    second.addOptions(parserOptions(ownOptions(definition->own)));
     if (!second.parse(QStringList{program} + rest))
         return fail(second.errorText());
     takeCommonOptions(second, common, &line);
@@ -277,14 +338,37 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
                         .arg(definition->name, expected)
                         .arg(line.arguments.size()));
     }
-    if (definition->demoOptions) {
-        line.external = second.isSet(demo[externalOption]);
-        if (second.isSet(demo[listenOption])) {
-            QString why;
-            if (!emulator::parseListenAddress(second.value(demo[listenOption]), &line.listenHost,
-                                              &line.listenPort, &why))
-                return fail(QStringLiteral("--listen: %1").arg(why));
+    if (definition->own == OwnOptions::demo)
+        line.external = second.isSet(QStringLiteral("external"));
+    if (definition->own == OwnOptions::json)
+        line.json = second.isSet(QStringLiteral("json"));
+    if (definition->own == OwnOptions::call) {
+        line.strict = second.isSet(QStringLiteral("strict"));
+        for (const auto& [name, target] :
+             {std::pair{QStringLiteral("timeout"), &line.timeoutMs},
+              std::pair{QStringLiteral("connect-timeout"), &line.connectTimeoutMs}}) {
+            if (!second.isSet(name))
+                continue;
+            bool ok = false;
+            *target = second.value(name).toInt(&ok);
+            if (!ok || *target < 1 || *target > 3600000)
+                return fail(QStringLiteral("--%1: \"%2\" is not a number of milliseconds from 1 "
+                                           "to 3600000")
+                                .arg(name, second.value(name)));
         }
+        if (second.isSet(QStringLiteral("cacert"))) {
+            line.caFile = second.value(QStringLiteral("cacert"));
+            if (line.caFile.isEmpty())
+                return fail(QStringLiteral("--cacert: the file name is empty"));
+        }
+    }
+    const bool takesListen =
+        definition->own == OwnOptions::demo || definition->own == OwnOptions::listen;
+    if (takesListen && second.isSet(QStringLiteral("listen"))) {
+        QString why;
+        if (!emulator::parseListenAddress(second.value(QStringLiteral("listen")), &line.listenHost,
+                                          &line.listenPort, &why))
+            return fail(QStringLiteral("--listen: %1").arg(why));
     }
     if (line.command == QLatin1String("help") && !line.arguments.isEmpty() &&
         !findCommand(line.arguments.first())) {

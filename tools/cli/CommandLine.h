@@ -13,8 +13,8 @@ namespace vesk::cli {
 // Options of every command may stand before or after the command's name; a
 // command's own options only after it.
 struct CommandLine {
-    QString
-        command; // "call", "ops", "record", "openapi", "demo" or "help"; empty with --version alone
+    QString command; // "call", "ops", "record", "openapi", "emulator", "demo" or "help"; empty with
+                     // --version alone
     QStringList arguments; // the command's positional arguments
     bool help = false;     // --help: the command's usage instead of the command
 
@@ -24,7 +24,16 @@ struct CommandLine {
     bool verbose = false;
     bool version = false; // --version: the versions instead of the command
 
-    // Options of `demo`.
+    // Options of `call`.
+    bool strict = false;      // --strict: refuse a request with problems
+    int timeoutMs = 0;        // --timeout MS; 0 when not given
+    int connectTimeoutMs = 0; // --connect-timeout MS; 0 when not given
+    QString caFile;           // --cacert FILE; empty when not given
+
+    // Option of `ops` and `record`.
+    bool json = false; // --json
+
+    // Options of `demo` (both) and `emulator` (--listen).
     bool external = false;
     QString listenHost; // --listen HOST:PORT; empty when not given
     quint16 listenPort = 0;

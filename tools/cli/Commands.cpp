@@ -3,7 +3,10 @@
 #include "ExitCodes.h"
 #include "OpenApi.h"
 #include "Operations.h"
+#include "OrderedJson.h"
 #include "RecordMembers.h"
+#include "RecordingClient.h"
+#include "RequestCheck.h"
 #include "RequestInput.h"
 
 #include <demo/WholeSale.h>
@@ -11,10 +14,17 @@
 #include <vesk/Exception.h>
 #include <vesk/NetworkException.h>
 
+#include <masking/SecretMasking.h>
+
+#include <morva/Log4Qt.h>
+
+#include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMetaObject>
 #include <QSaveFile>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -75,32 +85,70 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
         err << "vesk: " << error << '\n';
         return exitCode::usage;
     }
-    for (auto key = request->keyBegin(); key != request->keyEnd(); ++key)
-        if (operation->request->indexOfProperty(key->toUtf8().constData()) < 0)
-            err << "vesk: warning: \"" << *key << "\" is not a member of "
-                << className(operation->request) << "; it is not sent\n";
+    if (!line.caFile.isEmpty() && !QFileInfo(line.caFile).isReadable()) {
+        err << "vesk: --cacert: cannot read \"" << line.caFile << "\"\n";
+        return exitCode::usage;
+    }
+    const QList<RequestProblem> problems = checkRequest(*request, *operation->request);
+    for (const RequestProblem& problem : problems)
+        err << (line.strict ? "vesk: " : "vesk: warning: ") << problem.text() << '\n';
+    if (line.strict && !problems.isEmpty()) {
+        err << "vesk: " << problems.size() << (problems.size() == 1 ? " problem" : " problems")
+            << " in the request of " << className(operation->request)
+            << "; nothing was sent (--strict)\n";
+        return exitCode::usage;
+    }
     err.flush();
 
+    RestClient::Settings settings = RestClient::Settings::fromConfig();
+    if (line.timeoutMs > 0)
+        settings.timeoutMs = line.timeoutMs;
+    if (line.connectTimeoutMs > 0)
+        settings.connectTimeoutMs = line.connectTimeoutMs;
+    if (!line.caFile.isEmpty())
+        settings.caFile = line.caFile;
+    const QSharedPointer<RecordingClient> client =
+        QSharedPointer<RecordingClient>::create(settings);
+    // Its exchanges are logged where the service's own client logs them.
+    client->setLogger(
+        Log4Qt::LogManager::logger(QString::fromLatin1(operation->client->loggerName)));
     try {
-        const QVariant response = operation->perform(*request);
-        out << QString::fromUtf8(QJsonDocument(QJsonObject::fromVariantMap(response.toMap()))
-                                     .toJson(QJsonDocument::Indented));
+        const QVariant response = operation->perform(*request, client);
+        out << orderedJson(response.toMap(), *operation->response);
         return exitCode::success;
     } catch (const NetworkException& e) {
         err << "network error: " << e.message().text() << '\n';
         return exitCode::networkError;
     } catch (const Exception& e) {
         err << "service error " << e.code() << ": " << e.message().text() << '\n';
+        const http::Response reply = client->last();
+        if (reply.statusCode != 0)
+            err << "  HTTP " << reply.statusCode << ", body: "
+                << (reply.body.isEmpty() ? QStringLiteral("(empty)")
+                                         : masking::excerpt(reply.body, 200))
+                << '\n';
         return exitCode::serviceError;
     }
 }
 
-int opsCommand(QTextStream& out) {
+int opsCommand(const CommandLine& line, QTextStream& out) {
     QList<QStringList> rows;
-    for (const Operation& operation : operations())
+    QJsonArray listing;
+    for (const Operation& operation : operations()) {
         rows.append({operation.service, operation.name, className(operation.request),
                      className(operation.response)});
-    printColumns(out, rows);
+        listing.append(QJsonObject{
+            {QStringLiteral("service"), operation.service},
+            {QStringLiteral("operation"), operation.name},
+            {QStringLiteral("request"), className(operation.request)},
+            {QStringLiteral("response"), className(operation.response)},
+            {QStringLiteral("path"),
+             QUrl(QString::fromLatin1(operation.client->defaultUrl)).path() + operation.name}});
+    }
+    if (line.json)
+        out << QString::fromUtf8(QJsonDocument(listing).toJson(QJsonDocument::Indented));
+    else
+        printColumns(out, rows);
     return exitCode::success;
 }
 
@@ -118,10 +166,21 @@ int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
         return exitCode::usage;
     }
     QList<QStringList> rows;
-    for (const RecordMember& member : recordMembers(found.first()))
+    QJsonArray listing;
+    for (const RecordMember& member : recordMembers(found.first())) {
         rows.append({member.key, member.kind,
                      member.optional ? QStringLiteral("optional") : QStringLiteral("plain")});
-    printColumns(out, rows);
+        listing.append(
+            QJsonObject{{QStringLiteral("key"), member.key},
+                        {QStringLiteral("kind"), member.kind},
+                        {QStringLiteral("optional"), member.optional},
+                        {QStringLiteral("entry"), member.entry ? QJsonValue(className(member.entry))
+                                                               : QJsonValue(QJsonValue::Null)}});
+    }
+    if (line.json)
+        out << QString::fromUtf8(QJsonDocument(listing).toJson(QJsonDocument::Indented));
+    else
+        printColumns(out, rows);
     return exitCode::success;
 }
 

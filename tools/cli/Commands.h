@@ -10,13 +10,14 @@ namespace vesk::cli {
 // of every command have taken effect. Each returns the exit status
 // (ExitCodes.h), writing its result to `out` and its complaints to `err`.
 
-// vesk call SERVICE OPERATION [JSON | @FILE | -]
+// vesk call SERVICE OPERATION [JSON | @FILE | -] [--strict] [--timeout MS]
+//           [--connect-timeout MS] [--cacert FILE]
 int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in);
 
-// vesk ops
-int opsCommand(QTextStream& out);
+// vesk ops [--json]
+int opsCommand(const CommandLine& line, QTextStream& out);
 
-// vesk record NAME
+// vesk record NAME [--json]
 int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
 
 // vesk openapi [FILE]: the services' contract as an OpenAPI 3.1 document.

@@ -26,9 +26,11 @@ Operation op(PreparedRequest<Response> (Api::*call)(const Request&), const char*
     operation.response = &Response::staticMetaObject;
     operation.client = &Api::service;
     operation.madeClient = []() -> const ServiceClient* { return Singleton<Api>::instance; };
-    operation.perform = [call](const QVariant& body) {
+    operation.perform = [call](const QVariant& body, const QSharedPointer<RestClient>& client) {
         const Request request = serder::deserialize<Request>(body);
         PreparedRequest<Response> prepared = (Api::getInstance()->*call)(request);
+        if (client)
+            prepared.client = client;
         return serder::serialize(prepared.response());
     };
     return operation;

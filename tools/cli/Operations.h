@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QMetaObject>
+#include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -24,10 +25,11 @@ struct Operation {
     // The service's client if this process has made it already, else null.
     std::function<const ServiceClient*()> madeClient;
     // Fills the request record from `body` (a QVariantMap; keys that name no
-    // member are ignored), performs the call through the service's client and
-    // returns the response record as a QVariantMap. Throws what the call
-    // throws: vesk::NetworkException or vesk::Exception.
-    std::function<QVariant(const QVariant& body)> perform;
+    // member are ignored), performs the call at the service's URL, through
+    // `client` or, when it is null, the service's own client, and returns the
+    // response record as a QVariantMap. Throws what the call throws:
+    // vesk::NetworkException or vesk::Exception.
+    std::function<QVariant(const QVariant& body, const QSharedPointer<RestClient>& client)> perform;
 };
 
 // The sixteen operations, service by service, each client's in its own order.

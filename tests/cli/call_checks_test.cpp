@@ -1,0 +1,187 @@
+// `vesk call`: strict reading of the request, the transport options of one
+// call, what a refused call shows, the response in the record's order, and
+// the JSON listings of ops and record.
+
+#include "EmulatorFixture.h"
+#include "InProcess.h"
+
+#include "support/LoopbackServer.h"
+
+#include <emulator/AdminClient.h>
+
+#include <vesk/records/Members.h>
+#include <vesk/sales/ItemInfoResponse.h>
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <chrono>
+#include <thread>
+
+namespace vesk::cli::test {
+namespace {
+
+using CallChecks = EmulatorTest;
+
+const QString badDiscCalc = QStringLiteral(
+    R"({"chequeId": 17, "lines": [{"barcode": "4601234000017", "quantity": 2, "lineNum": 1}]})");
+
+qint64 requestsServed(quint16 port) {
+    const emulator::AdminClient::Result health =
+        emulator::AdminClient(QStringLiteral("http://127.0.0.1:%1").arg(port)).health();
+    return health.body.value(QStringLiteral("requestsServed")).toInteger(-1);
+}
+
+TEST_F(CallChecks, StrictRefusesAProblematicRequestAndSendsNothing) {
+    const VeskRun run =
+        runVesk(QStringList{QStringLiteral("call"), QStringLiteral("disc"),
+                            QStringLiteral("discCalc"), badDiscCalc, QStringLiteral("--strict")} +
+                urlOptions());
+    EXPECT_EQ(run.exitCode, 64) << testing::PrintToString(run);
+    EXPECT_EQ(run.err,
+              QStringLiteral(
+                  "vesk: $.chequeId 17 is not text\n"
+                  "vesk: $.lines[0].quantity names no member of vesk::disc::LinesEntryRequest\n"
+                  "vesk: 2 problems in the request of vesk::disc::DiscCalcRequest; nothing was "
+                  "sent (--strict)\n"));
+    EXPECT_EQ(run.out, QString());
+    EXPECT_EQ(requestsServed(port()), 0);
+}
+
+TEST_F(CallChecks, WithoutStrictTheProblemsAreWarningsAndTheCallIsMade) {
+    const VeskRun run =
+        call(QStringLiteral("disc"), QStringLiteral("discCalc"),
+             QStringLiteral(R"({"chequeId": 17, "lines": [{"barcode": "4601234000017",
+                                 "lineNum": 1, "qty": 1, "retailPrice": 1200, "note": "gift"}]})"));
+    EXPECT_EQ(run.exitCode, 0) << testing::PrintToString(run);
+    EXPECT_EQ(run.err, QStringLiteral("vesk: warning: $.chequeId 17 is not text\n"
+                                      "vesk: warning: $.lines[0].note names no member of "
+                                      "vesk::disc::LinesEntryRequest\n"));
+    EXPECT_EQ(run.json().value(QStringLiteral("chequeId")).toString(), QStringLiteral("17"));
+    EXPECT_EQ(requestsServed(port()), 1);
+}
+
+TEST_F(CallChecks, WellFormedRequestUnderStrictIsSentSilently) {
+    const VeskRun run = runVesk(
+        QStringList{QStringLiteral("call"), QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                    QStringLiteral(R"({"barcode": "4601234000017"})"), QStringLiteral("--strict")} +
+        urlOptions());
+    EXPECT_EQ(run.exitCode, 0) << testing::PrintToString(run);
+    EXPECT_EQ(run.err, QString());
+}
+
+TEST_F(CallChecks, ResponseKeepsTheRecordsOrderOfMembers) {
+    const VeskRun run = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                             QStringLiteral(R"({"barcode": "4601234000017"})"));
+    ASSERT_EQ(run.exitCode, 0) << testing::PrintToString(run);
+    QStringList printed;
+    const QRegularExpression topKey(QStringLiteral("^    \"([^\"]+)\": "),
+                                    QRegularExpression::MultilineOption);
+    for (auto it = topKey.globalMatch(run.out); it.hasNext();)
+        printed << it.next().captured(1);
+    QStringList declared;
+    for (const records::Member& member :
+         records::membersOf(sales::ItemInfoResponse::staticMetaObject))
+        if (run.json().contains(QLatin1String(member.key)))
+            declared << QString::fromLatin1(member.key);
+    EXPECT_EQ(printed, declared) << run.out.toStdString();
+    EXPECT_EQ(printed.size(), run.json().size());
+    EXPECT_NE(printed, [&] {
+        QStringList sorted = printed;
+        sorted.sort();
+        return sorted;
+    }()) << "the record's order happens to be alphabetical: the test shows nothing";
+}
+
+TEST_F(CallChecks, RefusalShowsTheHttpStatusAndTheBodysStart) {
+    const VeskRun run = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                             QStringLiteral(R"({"barcode": "0000000000000"})"));
+    EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
+    EXPECT_EQ(run.err, QStringLiteral("service error 1001: No item with barcode \"0000000000000\"\n"
+                                      "  HTTP 404, body: {\"code\":1001,\"userMsg\":\"No item with "
+                                      "barcode \\\"0000000000000\\\"\"}\n"));
+}
+
+TEST(CallRefusal, HtmlErrorPageShowsItsStatusAndStart) {
+    vesk::test::LoopbackServer server;
+    server.replyToAll(502, "<html><body><h1>502 Bad Gateway</h1></body></html>", "text/html");
+    const VeskRun run = runVesk({QStringLiteral("call"), QStringLiteral("sales"),
+                                 QStringLiteral("itemInfo"), QStringLiteral("{}"),
+                                 QStringLiteral("--url"), QStringLiteral("sales=") + server.url()});
+    EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
+    // After the library's own warning about a body that is not the service's.
+    EXPECT_TRUE(run.err.endsWith(QStringLiteral("service error 0: \n"
+                                                "  HTTP 502, body: <html><body><h1>502 Bad "
+                                                "Gateway</h1></body></html>\n")))
+        << run.err.toStdString();
+}
+
+TEST(CallTransportOptions, TimeoutBoundsOneCall) {
+    vesk::test::LoopbackServer server;
+    server.onPost("/itemInfo", [](const httplib::Request&, httplib::Response& response) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        response.set_content("{}", "application/json");
+    });
+    QElapsedTimer timer;
+    timer.start();
+    const VeskRun run =
+        runVesk({QStringLiteral("call"), QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                 QStringLiteral("{}"), QStringLiteral("--timeout"), QStringLiteral("300"),
+                 QStringLiteral("--url"), QStringLiteral("sales=") + server.url()});
+    EXPECT_LT(timer.elapsed(), 2500);
+    EXPECT_EQ(run.exitCode, 3) << testing::PrintToString(run);
+    EXPECT_TRUE(run.err.startsWith(QStringLiteral("network error: "))) << run.err.toStdString();
+}
+
+TEST(CallTransportOptions, BadValuesAreUsageErrors) {
+    for (const auto& [option, value, message] :
+         {std::tuple{"--timeout", "0",
+                     "--timeout: \"0\" is not a number of milliseconds from 1 "
+                     "to 3600000"},
+          std::tuple{"--connect-timeout", "soon",
+                     "--connect-timeout: \"soon\" is not a number of "
+                     "milliseconds from 1 to 3600000"},
+          std::tuple{"--cacert", "/nonexistent/ca.pem",
+                     "--cacert: cannot read \"/nonexistent/ca.pem\""}}) {
+        const CliRun run = runInProcess({QStringLiteral("call"), QStringLiteral("sales"),
+                                         QStringLiteral("itemInfo"), QStringLiteral("{}"),
+                                         QLatin1String(option), QLatin1String(value)});
+        EXPECT_EQ(run.exitCode, 64) << option;
+        EXPECT_TRUE(run.err.startsWith(QStringLiteral("vesk: ") + QLatin1String(message)))
+            << run.err.toStdString();
+    }
+}
+
+TEST(ListingsAsJson, OpsGivesEveryOperationWithItsRecordsAndPath) {
+    const CliRun run = runInProcess({QStringLiteral("ops"), QStringLiteral("--json")});
+    EXPECT_EQ(run.exitCode, 0);
+    const QJsonArray listing = QJsonDocument::fromJson(run.out.toUtf8()).array();
+    ASSERT_EQ(listing.size(), 16) << run.out.toStdString();
+    EXPECT_EQ(listing.at(0).toObject(),
+              (QJsonObject{{"service", "disc"},
+                           {"operation", "discCalc"},
+                           {"request", "vesk::disc::DiscCalcRequest"},
+                           {"response", "vesk::disc::DiscCalcResponse"},
+                           {"path", "/api/axapta/ExchangeData_Disc/discCalc"}}));
+}
+
+TEST(ListingsAsJson, RecordGivesEveryMemberWithItsKindAndEntry) {
+    const CliRun run = runInProcess(
+        {QStringLiteral("record"), QStringLiteral("DiscCalcRequest"), QStringLiteral("--json")});
+    EXPECT_EQ(run.exitCode, 0);
+    const QJsonArray listing = QJsonDocument::fromJson(run.out.toUtf8()).array();
+    ASSERT_EQ(listing.size(), 7) << run.out.toStdString();
+    EXPECT_EQ(listing.at(0).toObject(), (QJsonObject{{"key", "cardList"},
+                                                     {"kind", "list of vesk::disc::CardListEntry"},
+                                                     {"optional", false},
+                                                     {"entry", "vesk::disc::CardListEntry"}}));
+    EXPECT_EQ(listing.at(1).toObject(), (QJsonObject{{"key", "chequeId"},
+                                                     {"kind", "string"},
+                                                     {"optional", false},
+                                                     {"entry", QJsonValue::Null}}));
+}
+
+} // namespace
+} // namespace vesk::cli::test
