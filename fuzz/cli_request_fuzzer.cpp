@@ -1,5 +1,7 @@
 // The request that `vesk call` reads from its argument or standard input.
 
+#include <cli/Operations.h>
+#include <cli/RequestCheck.h>
 #include <cli/RequestInput.h>
 
 #include <QTextStream>
@@ -18,5 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto fromStdin = vesk::cli::readRequest(QStringLiteral("-"), in, &error);
     if (!fromStdin && error.isEmpty())
         __builtin_trap(); // a refusal says why
+    if (fromStdin && size > 0) {
+        // What `call` reports of it, for the request record of one operation.
+        const auto& operations = vesk::cli::operations();
+        const vesk::cli::Operation& operation = operations[data[0] % operations.size()];
+        for (const vesk::cli::RequestProblem& problem :
+             vesk::cli::checkRequest(*fromStdin, *operation.request))
+            if (!problem.path.startsWith(QLatin1Char('$')) || problem.problem.isEmpty())
+                __builtin_trap();
+    }
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "Cli.h"
 
+#include "BenchCommand.h"
 #include "CommandLine.h"
 #include "Commands.h"
 #include "EmulatorCommand.h"
@@ -51,6 +52,8 @@ int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream
         return openApiCommand(line, out, err);
     if (line.command == QLatin1String("emulator"))
         return emulatorCommand(line, out, err);
+    if (line.command == QLatin1String("bench"))
+        return benchCommand(line, out, err, in);
     return demoCommand(line, out);
 }
 

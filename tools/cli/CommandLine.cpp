@@ -85,8 +85,30 @@ const QList<OptionDefinition>& callOptions() {
     return options;
 }
 
+const QList<OptionDefinition>& benchOptions() {
+    static const QList<OptionDefinition> options = {
+        {{QStringLiteral("scenario")},
+         QStringLiteral("NAME"),
+         QStringLiteral("a built-in scenario instead of one operation: sale,\n"
+                        "a whole sale through all sixteen operations")},
+        {{QStringLiteral("concurrency")},
+         QStringLiteral("N"),
+         QStringLiteral("tills calling at once, each with its own client\n"
+                        "(default 4, at most 256)")},
+        {{QStringLiteral("duration")},
+         QStringLiteral("SECONDS"),
+         QStringLiteral("stop after this long (default 10, at most 3600)")},
+        {{QStringLiteral("count")},
+         QStringLiteral("N"),
+         QStringLiteral("stop after N calls (sales with --scenario), or the\n"
+                        "duration, whichever comes first")},
+        {{QStringLiteral("json")}, QString(), QStringLiteral("print the report as JSON")},
+    };
+    return options;
+}
+
 // The options of its own that a command takes besides those of every command.
-enum class OwnOptions { none, demo, listen, call, json };
+enum class OwnOptions { none, demo, listen, call, json, bench };
 
 QList<OptionDefinition> ownOptions(OwnOptions own) {
     switch (own) {
@@ -94,6 +116,8 @@ QList<OptionDefinition> ownOptions(OwnOptions own) {
         return demoOptions();
     case OwnOptions::call:
         return callOptions();
+    case OwnOptions::bench:
+        return benchOptions();
     case OwnOptions::json:
         return {{{QStringLiteral("json")}, QString(), QStringLiteral("print the listing as JSON")}};
     case OwnOptions::listen:
@@ -166,6 +190,19 @@ const QList<CommandDefinition>& commands() {
              "its members, their JSON types, which are always sent (required) and the\n"
              "entry records of lists, and the error object of a refused call.\n"),
          OwnOptions::none},
+        {QStringLiteral("bench"), QStringLiteral("[SERVICE OPERATION [JSON | @FILE | -]]"), 0, 3,
+         QStringLiteral("load a back office with many tills' calls and report"),
+         QStringLiteral(
+             "Calls one operation with one request (as `call` reads it), or with\n"
+             "--scenario sale whole sales through all sixteen operations, from\n"
+             "--concurrency tills at once, each with a client and connection of its own,\n"
+             "for --duration seconds or --count calls (sales). A live progress line goes\n"
+             "to a terminal's standard error. At the end: calls and sales per second,\n"
+             "latency percentiles of the calls (p50, p90, p99, max) and failures by kind\n"
+             "(service error CODE, network, content); --json prints the same as JSON.\n"
+             "Only the configured or --url addresses are called. Exit status 1 when any\n"
+             "call failed.\n"),
+         OwnOptions::bench},
         {QStringLiteral("emulator"), QStringLiteral("health | faults | fault SPEC | clear | reset"),
          1, 2, QStringLiteral("drive a running vesk-emulator: faults, reset, health"),
          QStringLiteral(
@@ -340,8 +377,31 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     }
     if (definition->own == OwnOptions::demo)
         line.external = second.isSet(QStringLiteral("external"));
-    if (definition->own == OwnOptions::json)
+    if (definition->own == OwnOptions::json || definition->own == OwnOptions::bench)
         line.json = second.isSet(QStringLiteral("json"));
+    if (definition->own == OwnOptions::bench) {
+        line.scenario = second.value(QStringLiteral("scenario"));
+        bool ok = true;
+        if (second.isSet(QStringLiteral("concurrency"))) {
+            line.concurrency = second.value(QStringLiteral("concurrency")).toInt(&ok);
+            if (!ok || line.concurrency < 1 || line.concurrency > 256)
+                return fail(QStringLiteral("--concurrency: \"%1\" is not a number from 1 to 256")
+                                .arg(second.value(QStringLiteral("concurrency"))));
+        }
+        if (second.isSet(QStringLiteral("duration"))) {
+            line.durationS = second.value(QStringLiteral("duration")).toDouble(&ok);
+            if (!ok || !(line.durationS > 0 && line.durationS <= 3600))
+                return fail(QStringLiteral("--duration: \"%1\" is not a number of seconds above "
+                                           "0 and at most 3600")
+                                .arg(second.value(QStringLiteral("duration"))));
+        }
+        if (second.isSet(QStringLiteral("count"))) {
+            line.count = second.value(QStringLiteral("count")).toLongLong(&ok);
+            if (!ok || line.count < 1 || line.count > 100000000)
+                return fail(QStringLiteral("--count: \"%1\" is not a number from 1 to 100000000")
+                                .arg(second.value(QStringLiteral("count"))));
+        }
+    }
     if (definition->own == OwnOptions::call) {
         line.strict = second.isSet(QStringLiteral("strict"));
         for (const auto& [name, target] :

@@ -30,8 +30,14 @@ struct CommandLine {
     int connectTimeoutMs = 0; // --connect-timeout MS; 0 when not given
     QString caFile;           // --cacert FILE; empty when not given
 
-    // Option of `ops` and `record`.
+    // Option of `ops`, `record` and `bench`.
     bool json = false; // --json
+
+    // Options of `bench`.
+    int concurrency = 4;  // --concurrency N
+    double durationS = 0; // --duration SECONDS; 0 when not given
+    qint64 count = 0;     // --count N; 0 when not given
+    QString scenario;     // --scenario NAME; empty when not given
 
     // Options of `demo` (both) and `emulator` (--listen).
     bool external = false;

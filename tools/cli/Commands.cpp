@@ -62,34 +62,43 @@ QStringList operationNames(const QString& service) {
 
 } // namespace
 
-int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
+std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QTextStream& in,
+                                                     QTextStream& err) {
     const QString& service = line.arguments[0];
     const QString& name = line.arguments[1];
     if (!serviceNames().contains(service)) {
         err << "vesk: unknown service \"" << service << "\" (the services are "
             << serviceNames().join(QStringLiteral(", ")) << ")\n";
-        return exitCode::usage;
+        return std::nullopt;
     }
     const Operation* operation = findOperation(service, name);
     if (!operation) {
         err << "vesk: unknown operation \"" << name << "\" of service " << service
             << " (its operations are " << operationNames(service).join(QStringLiteral(", "))
             << ")\n";
-        return exitCode::usage;
+        return std::nullopt;
     }
-
     QString error;
     const std::optional<QVariantMap> request =
         readRequest(line.arguments.size() > 2 ? line.arguments[2] : QString(), in, &error);
     if (!request) {
         err << "vesk: " << error << '\n';
-        return exitCode::usage;
+        return std::nullopt;
     }
+    return OperationRequest{operation, *request, checkRequest(*request, *operation->request)};
+}
+
+int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
+    const std::optional<OperationRequest> read = readOperationRequest(line, in, err);
+    if (!read)
+        return exitCode::usage;
+    const Operation* operation = read->operation;
+    const QVariantMap& request = read->request;
+    const QList<RequestProblem>& problems = read->problems;
     if (!line.caFile.isEmpty() && !QFileInfo(line.caFile).isReadable()) {
         err << "vesk: --cacert: cannot read \"" << line.caFile << "\"\n";
         return exitCode::usage;
     }
-    const QList<RequestProblem> problems = checkRequest(*request, *operation->request);
     for (const RequestProblem& problem : problems)
         err << (line.strict ? "vesk: " : "vesk: warning: ") << problem.text() << '\n';
     if (line.strict && !problems.isEmpty()) {
@@ -113,7 +122,7 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
     client->setLogger(
         Log4Qt::LogManager::logger(QString::fromLatin1(operation->client->loggerName)));
     try {
-        const QVariant response = operation->perform(*request, client);
+        const QVariant response = operation->perform(request, client);
         out << orderedJson(response.toMap(), *operation->response);
         return exitCode::success;
     } catch (const NetworkException& e) {

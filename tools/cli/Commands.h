@@ -1,14 +1,31 @@
 #pragma once
 
 #include "CommandLine.h"
+#include "Operations.h"
+#include "RequestCheck.h"
 
 #include <QTextStream>
+#include <QVariantMap>
+
+#include <optional>
 
 namespace vesk::cli {
 
 // The commands of `vesk`, each given its parsed command line once the options
 // of every command have taken effect. Each returns the exit status
 // (ExitCodes.h), writing its result to `out` and its complaints to `err`.
+
+// The operation that `line`'s first two arguments name and the request
+// object of its third (RequestInput.h), with what checkRequest() finds in it;
+// nullopt, with what is wrong on `err`, for an unknown service or operation
+// or a request that cannot be read.
+struct OperationRequest {
+    const Operation* operation;
+    QVariantMap request;
+    QList<RequestProblem> problems;
+};
+std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QTextStream& in,
+                                                     QTextStream& err);
 
 // vesk call SERVICE OPERATION [JSON | @FILE | -] [--strict] [--timeout MS]
 //           [--connect-timeout MS] [--cacert FILE]

@@ -1,5 +1,7 @@
 #include "WholeSale.h"
 
+#include "SeedSale.h"
+
 #include <emulator/AdminClient.h>
 #include <emulator/Emulator.h>
 #include <emulator/Money.h>
@@ -24,11 +26,16 @@ const char* const loyaltyPath = "/api/axapta/ExchangeData_Loyalty/";
 const char* const salesPath = "/api/axapta/ExchangeData_Sales/";
 
 // The sale, in terms of the shipped seed (tools/emulator/seed.json).
-const char* const storeId = "S01";
-constexpr int shopNum = 101;
+using seed::bankCardCode;
+using seed::bonusAccount;
+using seed::bonusCode;
+using seed::goldCard;
+using seed::parkingTicket;
+using seed::saleTime;
+using seed::shopNum;
+using seed::storeId;
 const char* const section = "HALL";
 const char* const placeId = "S01-POS1";
-const char* const saleTime = "2026-11-20T10:00:00";
 
 struct Good {
     const char* barcode;
@@ -45,16 +52,9 @@ const Good goods[] = {
 constexpr int lineCount = 3;
 const char* const teapot = "4601234000048"; // one left in the hall: the second cheque asks two
 
-const char* const goldCard = "2775000000011";
 const char* const holder = "Anna Petrova";
-const char* const rightPin = "4321";
+const char* const rightPin = seed::goldPin;
 const char* const maskedPhone = "+7 900 ***-**-67";
-constexpr int bonusAccount = 1;
-const char* const parkingTicket = "P-000123";
-
-// Payment codes of the till, as the discount service's payment promotion knows them.
-constexpr int bankCardCode = 2;
-constexpr int bonusCode = 5;
 constexpr Cents bonusesToPay = 32750;     // the customer pays this much with bonuses
 constexpr Cents bankCardPayment = 250000; // and this much by bank card, before its discount
 
@@ -224,11 +224,7 @@ private:
         return lines;
     }
 
-    QList<disc::CardListEntry> discountCards() const {
-        disc::CardListEntry card;
-        card.card = QLatin1String(goldCard);
-        return {card};
-    }
+    static QList<disc::CardListEntry> discountCards() { return seed::discountCards(); }
 
     // The cheque's lines for the loyalty service at these line amounts.
     QList<loyalty::LinesEntry>
@@ -257,14 +253,8 @@ private:
         return lines;
     }
 
-    QList<loyalty::CardListEntry> loyaltyCards(Cents requested) const {
-        loyalty::AccountsEntry account;
-        account.codeAccount = bonusAccount;
-        account.requestAmount = emulator::fromCents(requested);
-        loyalty::CardListEntry card;
-        card.card = QLatin1String(goldCard);
-        card.accounts = {account};
-        return {card};
+    static QList<loyalty::CardListEntry> loyaltyCards(Cents requested) {
+        return seed::loyaltyCards(emulator::fromCents(requested));
     }
 
     const loyalty::AccountsEntry& bonusAccountIn(const QList<loyalty::CardListEntry>& cards) {
