@@ -158,6 +158,12 @@ TEST(FaultRuleJson, RefusesUnknownMembersAndWrongTypes) {
             .object(),
         &error));
     EXPECT_EQ(error, QStringLiteral("delay does not take \"bytes\""));
+    // A number far beyond 64 bits is refused like any other out of range.
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "delay", "ms": 2e109})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("delay: \"2e+109\" is not a whole number from 0 to 600000"));
     EXPECT_FALSE(
         faultRuleFromJson(QJsonDocument::fromJson(R"({"fault": "reset"})").object(), &error));
     EXPECT_EQ(error, QStringLiteral("\"operation\" and \"fault\" are required"));

@@ -286,7 +286,8 @@ std::optional<QString> memberText(const QJsonObject& object, const char* key) {
     if (!value.isDouble())
         fail(QStringLiteral("\"%1\" must be a number").arg(QLatin1String(key)));
     const double number = value.toDouble();
-    if (number == double(qint64(number)) && std::abs(number) < 9.2e18)
+    // Range first: converting a double outside 64 bits to an integer is undefined.
+    if (std::abs(number) < 9.2e18 && number == std::trunc(number))
         return QString::number(qint64(number));
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
