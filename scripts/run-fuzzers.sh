@@ -27,7 +27,8 @@ for seeds in "$root"/fuzz/corpus/*/; do
         printf 'fuzz: %-26s %10s runs in %ss, corpus %s, nothing found\n' "$name" "${runs:-?}" "$seconds" "$found"
     else
         echo "fuzz: $name FOUND A PROBLEM; artifacts in $work/artifacts:" >&2
-        grep -E 'ERROR|SUMMARY|runtime error|Test unit written' "$log" | head -20 >&2
+        found=$(grep -E 'ERROR|SUMMARY|runtime error|Test unit written' "$log" || true)
+        sed -n 1,20p <<<"$found" >&2
         status=1
     fi
 done

@@ -31,7 +31,7 @@ trap 'kill $pid 2>/dev/null; wait $pid 2>/dev/null || true' EXIT
 # Bounded: the emulator prints its address once it listens.
 url=""
 for _ in $(seq 200); do
-    url=$(sed -n 's/^  sales *//p' "$work/emulator.out" | head -1)
+    url=$(sed -n 's/^  sales *//p;T;q' "$work/emulator.out")
     [[ -n "$url" ]] && break
     kill -0 $pid 2>/dev/null || break
     sleep 0.05

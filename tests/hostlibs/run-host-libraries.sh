@@ -23,12 +23,15 @@ cmake -S "$source" -B "$work/build" -DCMAKE_BUILD_TYPE=Release -DVESK_HOST_LIBRA
 cmake --build "$work/build" -j2 >"$work/build.log" 2>&1 || { tail -50 "$work/build.log"; exit 1; }
 
 # Nothing of the stand-ins was built: the library links the host's copies.
-if find "$work/build" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*' | grep -q .; then
+# (Each listing is captured before it is matched: under pipefail, a reader
+# that stops early would kill the writer with SIGPIPE and fail at random.)
+own=$(find "$work/build" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*')
+if [[ -n "$own" ]]; then
     echo "the build made stand-ins of its own:"
-    find "$work/build" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*'
+    echo "$own"
     exit 1
 fi
-library=$(find "$work/build/iface" -name 'libVeskIface.so.*.*.*' | head -1)
+library=$(find "$work/build/iface" -name 'libVeskIface.so.*.*.*' -print -quit)
 needed=$(readelf -d "$library" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' | grep -E 'Morva|morvanetwork' | sort | tr '\n' ' ')
 if [[ "$needed" != "libMorva.so libmorvanetwork.so " ]]; then
     echo "$library needs: $needed"
@@ -41,16 +44,19 @@ cmake -DNM="$nm" -DLIBRARY="$library" -DLIST="$source/iface/VeskIface.symbols" -
     -P "$source/tests/abi/ExportedSymbols.cmake"
 
 cmake --install "$work/build" --prefix "$work/prefix" >/dev/null
-if find "$work/prefix" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*' -o -path '*/include/morva' | grep -q .; then
-    echo "the installation carries stand-ins of its own"
+own=$(find "$work/prefix" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*' -o -path '*/include/morva')
+if [[ -n "$own" ]]; then
+    echo "the installation carries stand-ins of its own:"
+    echo "$own"
     exit 1
 fi
 "$source/tests/consumer/run-pkg-config.sh" "$work/prefix/lib" "$work/pkg-config"
 "$source/tests/consumer/run-example.sh" "$work/prefix" "$source/examples/typed-host" "$work"
 # The example found libMorva in the host's prefix, through the CMake package.
-if ! ldd "$work/example/typed-host" | grep -q "$host/lib/libMorva.so"; then
+loaded=$(ldd "$work/example/typed-host")
+if [[ "$loaded" != *"$host/lib/libMorva.so"* ]]; then
     echo "the example does not load the host's libMorva:"
-    ldd "$work/example/typed-host"
+    echo "$loaded"
     exit 1
 fi
-echo "example host: loads $(ldd "$work/example/typed-host" | grep -o "$host/lib/libMorva.so")"
+echo "example host: loads $host/lib/libMorva.so"

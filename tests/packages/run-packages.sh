@@ -25,8 +25,10 @@ usr="$work/root/usr"
 
 # Every shared object of the runtime package finds what it needs.
 for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmorvanetwork.so; do
-    if ldd "$lib" | grep -q 'not found'; then
-        echo "$lib: unresolved libraries"; ldd "$lib"; exit 1
+    # Captured first: under pipefail, grep -q stopping early would fail ldd.
+    loaded=$(ldd "$lib")
+    if [[ "$loaded" == *"not found"* ]]; then
+        echo "$lib: unresolved libraries"; echo "$loaded"; exit 1
     fi
 done
 for tool in vesk vesk-emulator; do
