@@ -85,7 +85,16 @@ inline QVariant variant(Bytes& in, int depth) {
     case 5:
         return in.value<qulonglong>();
     case 6:
-        return special[in.byte() % std::size(special)] + in.value<double>() * (in.byte() & 1);
+        // Any bits; whole numbers of every size; a digit times a power of
+        // ten (100000, 9e15): the forms a writer is most likely to get wrong.
+        switch (in.byte() % 3) {
+        case 0:
+            return special[in.byte() % std::size(special)] + in.value<double>() * (in.byte() & 1);
+        case 1:
+            return double(in.value<qlonglong>() >> (in.byte() % 64));
+        default:
+            return (in.byte() & 1 ? -1 : 1) * (1 + in.byte() % 9) * std::pow(10.0, in.byte() % 23);
+        }
     case 7:
         return in.text();
     case 8:

@@ -93,11 +93,19 @@ void appendInteger(QByteArray& out, qint64 value) {
     out.append(digits, length);
 }
 
-// Qt's form: the shortest text that reads back as the same double, in the
-// 'g' style of QByteArray::number; "null" for what JSON has no number for.
+// Qt's form. A whole number that a double holds exactly (within +-2^53) is
+// stored by Qt as an integer and written with all its digits: 100000, not
+// 1e+05, and 0 for -0. Any other double is the shortest text that reads back
+// as the same double, in the 'g' style of QByteArray::number; "null" for what
+// JSON has no number for.
 void appendDouble(QByteArray& out, double value) {
     if (!std::isfinite(value)) {
         out.append("null", 4);
+        return;
+    }
+    constexpr double exactIntegers = 9007199254740992.0; // 2^53
+    if (std::fabs(value) <= exactIntegers && std::trunc(value) == value) {
+        appendInteger(out, static_cast<qint64>(value));
         return;
     }
     out.append(QByteArray::number(value, 'g', QLocale::FloatingPointShortest));

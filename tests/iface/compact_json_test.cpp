@@ -11,10 +11,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <limits>
 #include <ostream>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace vesk {
 namespace {
@@ -68,9 +73,10 @@ INSTANTIATE_TEST_SUITE_P(
         WriterRow{"LongLongMin", std::numeric_limits<qlonglong>::min(), true},
         WriterRow{"ULongLongSmall", qulonglong(42), true},
         WriterRow{"ULongLongBeyondInt64", std::numeric_limits<qulonglong>::max(), true},
-        WriterRow{"IntegralDouble", 1200.0, true}, WriterRow{"Fraction", 0.1, true},
-        WriterRow{"Amount", 2752.5, true}, WriterRow{"NegativeZero", -0.0, true},
-        WriterRow{"TwoTo53", 9007199254740992.0, true},
+        WriterRow{"IntegralDouble", 1200.0, true}, WriterRow{"HundredThousand", 100000.0, true},
+        WriterRow{"MinusNineTimesTenTo15", -9e15, true}, WriterRow{"TenTo16", 1e16, true},
+        WriterRow{"Fraction", 0.1, true}, WriterRow{"Amount", 2752.5, true},
+        WriterRow{"NegativeZero", -0.0, true}, WriterRow{"TwoTo53", 9007199254740992.0, true},
         WriterRow{"BeyondTwoTo53", 9007199254740994.0, true}, WriterRow{"Huge", 1e21, true},
         WriterRow{"Large", 1.5e300, true}, WriterRow{"Tiny", 1e-7, true},
         WriterRow{"Denormal", 5e-324, true}, WriterRow{"NaN", nan, true},
@@ -99,6 +105,86 @@ INSTANTIATE_TEST_SUITE_P(
         WriterRow{"DateTime", QDateTime(QDate(2026, 11, 23), QTime(10, 0), Qt::UTC), false},
         WriterRow{"Float", 0.1f, false}, WriterRow{"Char", QChar(u'x'), false}),
     [](const testing::TestParamInfo<WriterRow>& info) { return std::string(info.param.name); });
+
+// Compares the writer with Qt's on `count` doubles, `valueAt(i)` each, a
+// few thousand to a body; on a difference, names the first double that
+// differs and both texts of it.
+template <class ValueAt>
+testing::AssertionResult writesEveryDoubleAsQt(qint64 count, ValueAt valueAt) {
+    constexpr qint64 batch = 8192;
+    QVariantList list;
+    for (qint64 from = 0; from < count; from += batch) {
+        list.clear();
+        for (qint64 i = from; i < std::min(count, from + batch); ++i)
+            list.append(valueAt(i));
+        const QVariantMap body{{QStringLiteral("v"), list}};
+        if (json::compactJson(body) == qtJson(body))
+            continue;
+        for (const QVariant& value : std::as_const(list)) {
+            const QVariantMap one{{QStringLiteral("v"), value}};
+            const QByteArray ours = json::compactJson(one);
+            const QByteArray qts = qtJson(one);
+            if (ours != qts) {
+                char text[32];
+                std::snprintf(text, sizeof text, "%.17g", value.toDouble());
+                return testing::AssertionFailure() << text << " is written " << ours.constData()
+                                                   << ", Qt writes " << qts.constData();
+            }
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+TEST(CompactJsonDoubles, EveryWholeNumberUpToTenMillionIsWrittenAsQtWritesIt) {
+    constexpr qint64 limit = 10'000'000;
+    EXPECT_TRUE(writesEveryDoubleAsQt(2 * limit + 1, [](qint64 i) { return double(i - limit); }));
+}
+
+TEST(CompactJsonDoubles, EveryDigitTimesAPowerOfTenIsWrittenAsQtWritesIt) {
+    // 1..9 x 10^0..10^18, both signs: 100000 and 9e15 among them.
+    std::vector<double> values;
+    for (int digit = 1; digit <= 9; ++digit) {
+        for (int exponent = 0; exponent <= 18; ++exponent) {
+            const double value = digit * std::pow(10.0, exponent);
+            values.push_back(value);
+            values.push_back(-value);
+        }
+    }
+    EXPECT_TRUE(writesEveryDoubleAsQt(qint64(values.size()),
+                                      [&values](qint64 i) { return values[std::size_t(i)]; }));
+}
+
+TEST(CompactJsonDoubles, PowersOfTwoAndTheirNeighboursAroundTwoTo53And63AreWrittenAsQtWritesThem) {
+    std::vector<double> values;
+    for (int exponent : {52, 53, 54, 62, 63, 64}) {
+        const double power = std::ldexp(1.0, exponent);
+        for (double value : {power, std::nextafter(power, 0.0), std::nextafter(power, 2 * power)}) {
+            for (double whole = -2; whole <= 2; ++whole) {
+                values.push_back(value + whole);
+                values.push_back(-(value + whole));
+            }
+        }
+    }
+    EXPECT_TRUE(writesEveryDoubleAsQt(qint64(values.size()),
+                                      [&values](qint64 i) { return values[std::size_t(i)]; }));
+}
+
+TEST(CompactJsonDoubles, RandomBitPatternsAreWrittenAsQtWritesThem) {
+    std::mt19937_64 bits(20261124); // fixed: a failure repeats
+    EXPECT_TRUE(writesEveryDoubleAsQt(3'000'000, [&bits](qint64) {
+        double value;
+        const quint64 pattern = bits();
+        std::memcpy(&value, &pattern, sizeof value);
+        return value;
+    }));
+}
+
+TEST(CompactJson, AWholeNumberAmountIsWrittenWithAllItsDigits) {
+    const QVariantMap line{{QStringLiteral("retailPrice"), 100000.0},
+                           {QStringLiteral("sum"), -9e15}};
+    EXPECT_EQ(json::compactJson(line),
+              QByteArray("{\"retailPrice\":100000,\"sum\":-9000000000000000}"));
+}
 
 TEST(CompactJson, KeysAreEscapedAndInTheMapsOrder) {
     const QVariantMap map{{QStringLiteral("b\"\n"), 1},
