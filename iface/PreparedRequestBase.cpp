@@ -48,13 +48,27 @@ template <class Log>
         throw NetworkException(response.error);
     const QVariant userMsg = reply.value(QStringLiteral("userMsg"));
     const QVariant codeValue = reply.value(QStringLiteral("code"));
-    const tr::Tr message(textOf(userMsg));
+    const QString text = textOf(userMsg);
+    const tr::Tr message(text);
     const int code = errorCode(codeValue);
     if (!isNumber(codeValue) || userMsg.metaType().id() != QMetaType::QString)
         diagnostics::errorWithoutServiceFields(log(), url, response, !isNumber(codeValue),
                                                userMsg.metaType().id() != QMetaType::QString, code,
-                                               message.text());
+                                               text);
     throw Exception(code, message);
+}
+
+// One exchange: the request is released once sent, then the response taken.
+http::Response exchange(RestClient& client, const QString& url, const QVariant& body) {
+    {
+        http::Request request;
+        request.method = QByteArrayLiteral("POST");
+        request.url = QUrl(url, QUrl::TolerantMode);
+        // The bytes of QJsonDocument(QJsonObject::fromVariantMap(...)).toJson(Compact).
+        request.body = json::compactJson(body.toMap());
+        client.send(request);
+    }
+    return client.response();
 }
 
 // Collects what the reply's members lost on their way into a record.
@@ -70,37 +84,23 @@ public:
 } // namespace
 
 QVariant PreparedRequestBase::getResponseVariant() const {
-    const QSharedPointer<RestClient> performer =
-        client ? client : QSharedPointer<RestClient>::create();
-
-    http::Response response;
     const Log4Qt::Logger* logger = nullptr;
-    {
-        http::Request request;
-        request.method = QByteArrayLiteral("POST");
-        request.url = QUrl(url, QUrl::TolerantMode);
-        // The bytes of QJsonDocument(QJsonObject::fromVariantMap(...)).toJson(Compact).
-        request.body = json::compactJson(body.toMap());
-        if (client) {
-            // A shared client carries one exchange at a time, whoever calls.
-            const detail::CallGates::Call call = detail::CallGates::enter(performer.data(), url);
-            if (call.destroyed) {
-                throw NetworkException(tr::Tr(
-                    QStringLiteral("Cannot reach %1: the HTTP client of this call was destroyed "
-                                   "while still in use; nothing was sent")
-                        .arg(url)));
-            }
-            std::lock_guard<std::mutex> exchange(call.gate->exchange);
-            if (call.switchLogger)
-                performer->setLogger(call.logger);
-            performer->send(request);
-            response = performer->response();
-            logger = call.logger;
-        } else {
-            performer->send(request);
-            response = performer->response();
+    const http::Response response = [this, &logger] {
+        if (!client)
+            return exchange(*QSharedPointer<RestClient>::create(), url, body);
+        const QSharedPointer<RestClient> performer = client;
+        // A shared client carries one exchange at a time, whoever calls.
+        const detail::CallGates::Call call = detail::CallGates::enter(performer, url);
+        if (call.destroyed) {
+            throw NetworkException(
+                tr::Tr(QStringLiteral("Cannot reach %1: the HTTP client of this call was destroyed "
+                                      "while still in use; nothing was sent")
+                           .arg(url)));
         }
-    }
+        logger = call.logger;
+        const std::lock_guard<std::recursive_mutex> exchanging(call.gate->exchange);
+        return exchange(*performer, url, body);
+    }();
     // Found only when there is something to say.
     const auto log = [&]() -> const Log4Qt::Logger& {
         return logger ? *logger : *detail::CallGates::loggerFor(nullptr, url);
@@ -124,8 +124,8 @@ void detail::readReply(const PreparedRequestBase& call, const QVariant& reply, v
         strategy.deserialize(record, reply, type);
     }
     if (!collector.losses.empty()) {
-        diagnostics::membersLost(*detail::CallGates::loggerFor(call.client.data(), call.url),
-                                 call.url, collector.losses);
+        diagnostics::membersLost(*detail::CallGates::loggerFor(call.client, call.url), call.url,
+                                 collector.losses);
     }
 }
 

@@ -40,16 +40,16 @@ ServiceClient::ServiceClient(const ServiceDescription& service)
                                     "as given, so the calls of %3 will fail")
                          .arg(key, configured, QString::fromLatin1(service.className)));
     }
-    detail::CallGates::bind(client_.data(), this, QString::fromLatin1(service.className),
+    detail::CallGates::bind(client_, this, QString::fromLatin1(service.className),
                             baseUrl_.toString(), logger);
 }
 
 ServiceClient::~ServiceClient() {
-    detail::CallGates::unbind(client_.data(), this);
+    detail::CallGates::unbind(client_, this);
 }
 
 void ServiceClient::warnLateSubstitute() const {
-    detail::CallGates::warnLateSubstitute(client_.data(), this, MockFactory<RestClient>::mocked);
+    detail::CallGates::warnLateSubstitute(client_, this, MockFactory<RestClient>::mocked);
 }
 
 QUrl ServiceClient::endpointUrl(const char* endpoint) const {

@@ -1,6 +1,7 @@
 // A substitute RestClient installed through MockFactory: taken when a
-// service is made and never later, owned by whoever installed it, and each
-// service keeps its own logger even when several share one substitute.
+// service is made and never later, owned by whoever installed it, known by
+// the references that reach it rather than by its address, given a logger
+// only when a service is made, and free to call back into the library.
 
 #include "support/ConfigScope.h"
 #include "support/LogCapture.h"
@@ -13,7 +14,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
+#include <future>
 #include <memory>
+#include <new>
+#include <thread>
 
 namespace vesk {
 namespace {
@@ -104,18 +109,19 @@ TEST(SubstituteClient, ServiceMadeAgainAtTheSameAddressWorksAfterTheOldOneWasDes
     }
 }
 
-TEST(SubstituteClient, SharedByThreeServicesEachCallGoesOutUnderItsServicesLogger) {
-    test::ConfigScope config;
+// Notes the logger that each request went out with.
+class LoggerProbe : public test::ScriptedRestClient {
+public:
+    void send(const http::Request& request) override {
+        ScriptedRestClient::send(request);
+        loggers << (logger() ? logger()->name() : QString());
+    }
+    QStringList loggers;
+};
 
-    // Notes the logger that each request went out with.
-    class LoggerProbe : public test::ScriptedRestClient {
-    public:
-        void send(const http::Request& request) override {
-            ScriptedRestClient::send(request);
-            loggers << (logger() ? logger()->name() : QString());
-        }
-        QStringList loggers;
-    } substitute;
+TEST(SubstituteClient, EachServiceMadeOverItGivesItItsLoggerAndCallsChangeNothing) {
+    test::ConfigScope config;
+    LoggerProbe substitute;
     const auto disc = test::apiOver<disc::Api>(substitute);
     const auto loyalty = test::apiOver<loyalty::Api>(substitute);
     const auto sales = test::apiOver<sales::Api>(substitute);
@@ -123,11 +129,157 @@ TEST(SubstituteClient, SharedByThreeServicesEachCallGoesOutUnderItsServicesLogge
     sales->itemInfo(anItem()).response();
     disc->discCalc(disc::DiscCalcRequest()).response();
     loyalty->processId(loyalty::ProcessIdRequest()).response();
-    sales->itemInfo(anItem()).response();
 
+    // The service made last gave it its logger; no call gave it another.
     EXPECT_EQ(substitute.loggers,
-              QStringList({QStringLiteral("vesksales"), QStringLiteral("veskdisc"),
-                           QStringLiteral("veskloyalty"), QStringLiteral("vesksales")}));
+              QStringList({QStringLiteral("vesksales"), QStringLiteral("vesksales"),
+                           QStringLiteral("vesksales")}));
+}
+
+TEST(SubstituteClient, CallsLeaveTheLoggerThatTheHostGaveItsSubstitute) {
+    test::ConfigScope config;
+    LoggerProbe substitute;
+    const auto disc = test::apiOver<disc::Api>(substitute);
+    const auto loyalty = test::apiOver<loyalty::Api>(substitute);
+    const auto sales = test::apiOver<sales::Api>(substitute);
+    substitute.setLogger(Log4Qt::LogManager::logger(QStringLiteral("till"), QString()));
+
+    sales->itemInfo(anItem()).response();
+    disc->discCalc(disc::DiscCalcRequest()).response();
+    loyalty->processId(loyalty::ProcessIdRequest()).response();
+
+    EXPECT_EQ(substitute.loggers, QStringList({QStringLiteral("till"), QStringLiteral("till"),
+                                               QStringLiteral("till")}));
+}
+
+TEST(SubstituteClient, SharedByServicesWhoseBaseUrlsCarryAQueryOrFragmentWarnsOnEachCallsService) {
+    test::ConfigScope config(
+        {{QStringLiteral("Vesk.disc:url"), QStringLiteral("http://127.0.0.1:9/disc?store=7")},
+         {QStringLiteral("Vesk.loyalty:url"), QStringLiteral("http://127.0.0.1:9/loyalty/#till")},
+         {QStringLiteral("Vesk.sales:url"), QStringLiteral("http://127.0.0.1:9/sales/?till=2")}});
+    test::ScriptedRestClient substitute;
+    const auto disc = test::apiOver<disc::Api>(substitute);
+    const auto loyalty = test::apiOver<loyalty::Api>(substitute);
+    const auto sales = test::apiOver<sales::Api>(substitute);
+    substitute.answer(200, "[]"); // read as an empty object, with a warning
+    test::LogCapture log;
+
+    loyalty->processId(loyalty::ProcessIdRequest()).response();
+    sales->itemInfo(anItem()).response();
+    disc->discCalc(disc::DiscCalcRequest()).response();
+
+    const QStringList lines = log.lines();
+    ASSERT_EQ(lines.size(), 3) << log.all();
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("veskloyalty warning: "))) << log.all();
+    EXPECT_TRUE(lines[1].startsWith(QStringLiteral("vesksales warning: "))) << log.all();
+    EXPECT_TRUE(lines[2].startsWith(QStringLiteral("veskdisc warning: "))) << log.all();
+}
+
+// Placement-new puts a second client exactly where the first one was, as
+// an allocator may do with any two substitutes made one after the other.
+TEST(SubstituteClient, ANewClientAtTheAddressOfADestroyedOneIsServed) {
+    test::ConfigScope config;
+    alignas(test::ScriptedRestClient) unsigned char storage[sizeof(test::ScriptedRestClient)];
+    auto* first = new (storage) test::ScriptedRestClient;
+    const auto old = test::apiOver<sales::Api>(*first);
+    first->answer(200, R"({"name": "first"})");
+    EXPECT_EQ(old->itemInfo(anItem()).response().name, QStringLiteral("first"));
+    {
+        test::LogCapture log; // the warning that `old` lost its client
+        first->~ScriptedRestClient();
+    }
+
+    auto* second = new (storage) test::ScriptedRestClient;
+    ASSERT_EQ(static_cast<void*>(second), static_cast<void*>(first));
+    second->answer(200, R"({"name": "second"})");
+
+    // Through MockFactory, by a service made over it.
+    const auto made = test::apiOver<sales::Api>(*second);
+    EXPECT_EQ(made->itemInfo(anItem()).response().name, QStringLiteral("second"));
+
+    // Through a prepared request that the host made.
+    PreparedRequest<sales::ItemInfoResponse> own;
+    own.url = QStringLiteral("http://127.0.0.1:9/api/itemInfo");
+    own.client = QSharedPointer<RestClient>(second, [](RestClient*) {});
+    EXPECT_EQ(own.response().name, QStringLiteral("second"));
+
+    // The service that lost its client still refuses, and sends nothing.
+    EXPECT_THROW(old->itemInfo(anItem()).response(), NetworkException);
+    EXPECT_EQ(second->sent.size(), 2u);
+    second->~ScriptedRestClient();
+}
+
+// Performs one more call through the service `inner` from inside its own
+// send(), once, the way a substitute that fans a call out might.
+class ReentrantClient : public test::ScriptedRestClient {
+public:
+    void send(const http::Request& request) override {
+        ScriptedRestClient::send(request);
+        if (inner && !nested) {
+            nested = true;
+            innerName = inner().response().name;
+        }
+    }
+    std::function<PreparedRequest<sales::ItemInfoResponse>()> inner;
+    bool nested = false;
+    QString innerName;
+};
+
+TEST(SubstituteClient, ACallMadeFromInsideItsSendThroughTheSameServiceProceeds) {
+    test::ConfigScope config;
+    ReentrantClient substitute;
+    const auto sales = test::apiOver<sales::Api>(substitute);
+    substitute.answer(200, R"({"name": "Milk"})");
+    substitute.inner = [&sales] { return sales->itemInfo(anItem()); };
+
+    std::promise<QString> outer;
+    std::thread caller([&] {
+        try {
+            outer.set_value(sales->itemInfo(anItem()).response().name);
+        } catch (...) {
+            outer.set_exception(std::current_exception());
+        }
+    });
+    auto result = outer.get_future();
+    const bool finished = result.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+    if (!finished) {
+        caller.detach(); // hung: fail instead of hanging the test run
+        FAIL() << "a call from inside send() through the same client hung";
+    }
+    caller.join();
+    EXPECT_EQ(result.get(), QStringLiteral("Milk"));
+    EXPECT_EQ(substitute.innerName, QStringLiteral("Milk"));
+    EXPECT_EQ(substitute.sent.size(), 2u);
+}
+
+TEST(SubstituteClient, AServiceCallingAnotherThatSharesItsSubstituteProceeds) {
+    test::ConfigScope config;
+    ReentrantClient substitute;
+    const auto disc = test::apiOver<disc::Api>(substitute);
+    const auto sales = test::apiOver<sales::Api>(substitute);
+    substitute.answer(200, R"({"name": "Milk"})");
+    substitute.inner = [&sales] { return sales->itemInfo(anItem()); };
+
+    std::promise<void> outer;
+    std::thread caller([&] {
+        try {
+            disc->discCalc(disc::DiscCalcRequest()).response();
+            outer.set_value();
+        } catch (...) {
+            outer.set_exception(std::current_exception());
+        }
+    });
+    auto result = outer.get_future();
+    if (result.wait_for(std::chrono::seconds(5)) != std::future_status::ready) {
+        caller.detach();
+        FAIL() << "a call of one service from inside another's send() hung";
+    }
+    caller.join();
+    EXPECT_NO_THROW(result.get());
+    EXPECT_EQ(substitute.innerName, QStringLiteral("Milk"));
+    ASSERT_EQ(substitute.sent.size(), 2u);
+    EXPECT_TRUE(substitute.sent[0].url.path().endsWith(QStringLiteral("/discCalc")));
+    EXPECT_TRUE(substitute.sent[1].url.path().endsWith(QStringLiteral("/itemInfo")));
 }
 
 } // namespace
