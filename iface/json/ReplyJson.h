@@ -23,7 +23,9 @@ struct Reply {
 Reply readReply(const QByteArray& body);
 
 // The two halves, for tests and fuzzers that compare them: the direct reader
-// (false when it leaves the body to Qt) and Qt's reader.
+// (false when it leaves the body to Qt, and always false in a build without
+// it) and Qt's reader.
+bool directReaderBuilt();
 bool readReplyDirectly(const QByteArray& body, Reply& out);
 Reply readReplyWithQt(const QByteArray& body);
 

@@ -38,10 +38,17 @@ if [[ "$needed" != "libMorva.so libmorvanetwork.so " ]]; then
     exit 1
 fi
 echo "built $(basename "$library") against $host: needs $needed"
+# It needs at run time nothing but what the README states for a till's build.
+cmake -DREADELF="${READELF:-readelf}" -DLIBRARY="$library" -DREADME="$source/README.md" \
+    "-DROW=built for a till" -P "$source/tests/abi/RuntimeNeeds.cmake"
 
-# Its binary interface is the same as that of the build with the stand-ins.
+# Its binary interface is the same as that of the build with the stand-ins,
+# both what it exports and what it takes from the host's libraries.
 cmake -DNM="$nm" -DLIBRARY="$library" -DLIST="$source/iface/VeskIface.symbols" -DMODE=check \
-    -P "$source/tests/abi/ExportedSymbols.cmake"
+    -P "$source/tests/abi/SymbolList.cmake"
+cmake -DNM="$nm" -DLIBRARY="$library" -DLIST="$source/iface/HostImports.symbols" -DMODE=check \
+    "-DIMPORTS_FROM=$host/lib/libMorva.so;$host/lib/libmorvanetwork.so" \
+    -P "$source/tests/abi/SymbolList.cmake"
 
 cmake --install "$work/build" --prefix "$work/prefix" >/dev/null
 own=$(find "$work/prefix" -name 'libMorva.so*' -o -name 'libmorvanetwork.so*' -o -path '*/include/morva')
@@ -52,6 +59,7 @@ if [[ -n "$own" ]]; then
 fi
 "$source/tests/consumer/run-pkg-config.sh" "$work/prefix/lib" "$work/pkg-config"
 "$source/tests/consumer/run-example.sh" "$work/prefix" "$source/examples/typed-host" "$work"
+"$source/tests/layout/run-layout-host.sh" "$work/prefix" "$work"
 # The example found libMorva in the host's prefix, through the CMake package.
 loaded=$(ldd "$work/example/typed-host")
 if [[ "$loaded" != *"$host/lib/libMorva.so"* ]]; then
