@@ -1,9 +1,14 @@
-# Debian packages of the three install components, made by `make package`:
-#   libveskiface<major.minor>  runtime: libVeskIface and the stand-ins of the host's libraries
-#   libveskiface-dev          development: headers, CMake package, pkg-config file
-#   vesk-tools                tools: vesk, vesk-emulator, the seed and the contract
-# The run-time library's dependencies come from dpkg-shlibdeps; the others
-# depend on it at exactly this version.
+# Debian packages of the four install components, made by `make package`:
+#   libveskiface<major.minor>  runtime: libVeskIface and its soname link, nothing else
+#   libvesk-host-standins      stand-ins of the host's libMorva.so and libmorvanetwork.so
+#   libveskiface-dev           development: headers, CMake package, pkg-config file, docs
+#   vesk-tools                 tools: vesk, vesk-emulator, the seed and the contract
+# On a till the host's own libMorva and libmorvanetwork are already there,
+# so the runtime package holds the library alone and does not depend on the
+# stand-ins; the tools and the development package, of no use without a
+# libMorva, depend on them. The libraries' dependencies come from
+# dpkg-shlibdeps; the packages of this project depend on each other at
+# exactly this version.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vesk)
 set(CPACK_PACKAGE_VENDOR "The Vesk developers")
@@ -12,16 +17,23 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL runtime development tools)
+set(CPACK_COMPONENTS_ALL runtime standins development tools)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 
 set(runtime_package libveskiface${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-set(exact "${runtime_package} (= ${PROJECT_VERSION})")
+set(standins_package libvesk-host-standins)
+set(exact "${runtime_package} (= ${PROJECT_VERSION}), ${standins_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS ${standins_package})
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "Point-of-sale client of the discount, loyalty and sales back-office services")
+
+set(CPACK_DEBIAN_STANDINS_PACKAGE_NAME ${standins_package})
+set(CPACK_DEBIAN_STANDINS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_COMPONENT_STANDINS_DESCRIPTION
+    "Stand-ins of the point-of-sale host's libraries, for use outside the host")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libveskiface-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

@@ -20,10 +20,10 @@ for deb in "${debs[@]}"; do
     echo "  $(dpkg-deb -f "$deb" Package) $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
     dpkg-deb -x "$deb" "$work/root"
 done
-[[ ${#debs[@]} -eq 3 ]] || { echo "expected 3 packages, got ${#debs[@]}"; exit 1; }
+[[ ${#debs[@]} -eq 4 ]] || { echo "expected 4 packages, got ${#debs[@]}"; exit 1; }
 usr="$work/root/usr"
 
-# Every shared object of the runtime package finds what it needs.
+# Every packaged shared object finds what it needs.
 for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmorvanetwork.so; do
     # Captured first: under pipefail, grep -q stopping early would fail ldd.
     loaded=$(ldd "$lib")
