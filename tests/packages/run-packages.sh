@@ -17,11 +17,16 @@ mkdir -p "$work/debs" "$work/root"
 debs=("$work"/debs/*.deb)
 echo "packages:"
 for deb in "${debs[@]}"; do
-    echo "  $(dpkg-deb -f "$deb" Package) $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
-    dpkg-deb -x "$deb" "$work/root"
+    package=$(dpkg-deb -f "$deb" Package)
+    echo "  $package $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
+    if [[ $package != *-dbgsym ]]; then dpkg-deb -x "$deb" "$work/root"; fi
 done
-[[ ${#debs[@]} -eq 4 ]] || { echo "expected 4 packages, got ${#debs[@]}"; exit 1; }
+[[ ${#debs[@]} -eq 7 ]] || { echo "expected 7 packages, got ${#debs[@]}"; exit 1; }
 usr="$work/root/usr"
+
+# The packaged programs and libraries carry no RUNPATH: under /usr they find
+# each other on the system's search path, which here is the unpacked lib.
+export LD_LIBRARY_PATH="$usr/lib${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
 
 # Every packaged shared object finds what it needs.
 for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmorvanetwork.so; do
