@@ -1,27 +1,22 @@
 #!/usr/bin/env bash
-# Makes the Debian packages of a build, unpacks them into a scratch root and
-# uses that root alone: the tools run, pkg-config finds the library, and the
-# example host program builds with find_package and calls the packaged
-# emulator.
+# Unpacks the Debian packages that make-packages.sh left in WORK_DIR (all
+# but the debug symbols) into a scratch root and uses that root alone: the
+# tools run, pkg-config finds the library, and the example host program
+# builds with find_package and calls the packaged emulator.
 #
-#   run-packages.sh BUILD_DIR EXAMPLE_SOURCE WORK_DIR
+#   run-packages.sh WORK_DIR EXAMPLE_SOURCE
 set -euo pipefail
-build=$1 example=$2 work=$3
-rm -rf "$work"
-mkdir -p "$work/debs" "$work/root"
+work=$1 example=$2
+rm -rf "$work/root" "$work/pkg-config" "$work/example"
+mkdir -p "$work/root"
 
-"${CPACK:-cpack}" -G DEB --config "$build/CPackConfig.cmake" -B "$work/debs" >"$work/cpack.log" 2>&1 || {
-    cat "$work/cpack.log"
-    exit 1
-}
-debs=("$work"/debs/*.deb)
 echo "packages:"
-for deb in "${debs[@]}"; do
+for deb in "$work"/debs/*.deb; do
     package=$(dpkg-deb -f "$deb" Package)
+    if [[ $package == *-dbgsym ]]; then continue; fi
     echo "  $package $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
-    if [[ $package != *-dbgsym ]]; then dpkg-deb -x "$deb" "$work/root"; fi
+    dpkg-deb -x "$deb" "$work/root"
 done
-[[ ${#debs[@]} -eq 7 ]] || { echo "expected 7 packages, got ${#debs[@]}"; exit 1; }
 usr="$work/root/usr"
 
 # The packaged programs and libraries carry no RUNPATH: under /usr they find
