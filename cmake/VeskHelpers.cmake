@@ -40,8 +40,9 @@ function(vesk_configure_target target)
 endfunction()
 
 # vesk_add_library(<target> <output-name> [HOST_NAME] SOURCES ... PUBLIC_LINK ...
-#                  PRIVATE_LINK ... [EXPORTS <version-script>]): one of the shipped
-# shared libraries, exported for find_package(VeskIface).
+#                  PRIVATE_LINK ... [EXPORTS <version-script>] [COMPONENT <component>]):
+# one of the shipped shared libraries, exported for find_package(VeskIface),
+# installed as part of <component> (runtime unless named).
 #
 # The library's own soname follows its version: for 0.x releases, where a new
 # minor version may break the binary interface, the minor version is part of
@@ -54,7 +55,10 @@ endfunction()
 # Every library stays loaded once loaded (-z nodelete): the meta-types and
 # serialisation strategies that it registers with Qt point into it.
 function(vesk_add_library target output)
-    cmake_parse_arguments(ARG "HOST_NAME" "EXPORTS" "SOURCES;PUBLIC_LINK;PRIVATE_LINK" ${ARGN})
+    cmake_parse_arguments(ARG "HOST_NAME" "EXPORTS;COMPONENT" "SOURCES;PUBLIC_LINK;PRIVATE_LINK" ${ARGN})
+    if(NOT ARG_COMPONENT)
+        set(ARG_COMPONENT runtime)
+    endif()
     add_library(${target} SHARED ${ARG_SOURCES})
     add_library(VeskIface::${target} ALIAS ${target})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME ${output})
@@ -85,6 +89,7 @@ function(vesk_add_library target output)
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC_LINK} PRIVATE ${ARG_PRIVATE_LINK})
     vesk_configure_target(${target})
     install(TARGETS ${target} EXPORT VeskIfaceTargets
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${ARG_COMPONENT}
+            NAMELINK_COMPONENT development
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${ARG_COMPONENT})
 endfunction()

@@ -11,7 +11,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
     libcpp-httplib-dev
     clang-14 libclang-rt-14-dev
-    doxygen dpkg-dev
+    doxygen dpkg-dev lintian
 )
 
 # Node.js runs the contract test's OpenAPI validator; any node will do.

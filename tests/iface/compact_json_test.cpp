@@ -135,9 +135,19 @@ testing::AssertionResult writesEveryDoubleAsQt(qint64 count, ValueAt valueAt) {
     return testing::AssertionSuccess();
 }
 
+// A sanitizer build slows Qt's writer and ours tenfold; it looks for memory
+// errors, which every sixteenth number finds as well as all of them. The
+// plain build compares them all.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr qint64 sweepStride = 16;
+#else
+constexpr qint64 sweepStride = 1;
+#endif
+
 TEST(CompactJsonDoubles, EveryWholeNumberUpToTenMillionIsWrittenAsQtWritesIt) {
     constexpr qint64 limit = 10'000'000;
-    EXPECT_TRUE(writesEveryDoubleAsQt(2 * limit + 1, [](qint64 i) { return double(i - limit); }));
+    EXPECT_TRUE(writesEveryDoubleAsQt(2 * limit / sweepStride + 1,
+                                      [](qint64 i) { return double(i * sweepStride - limit); }));
 }
 
 TEST(CompactJsonDoubles, EveryDigitTimesAPowerOfTenIsWrittenAsQtWritesIt) {

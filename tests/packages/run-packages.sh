@@ -1,29 +1,29 @@
 #!/usr/bin/env bash
-# Makes the Debian packages of a build, unpacks them into a scratch root and
-# uses that root alone: the tools run, pkg-config finds the library, and the
-# example host program builds with find_package and calls the packaged
-# emulator.
+# Unpacks the Debian packages that make-packages.sh left in WORK_DIR (all
+# but the debug symbols) into a scratch root and uses that root alone: the
+# tools run, pkg-config finds the library, and the example host program
+# builds with find_package and calls the packaged emulator.
 #
-#   run-packages.sh BUILD_DIR EXAMPLE_SOURCE WORK_DIR
+#   run-packages.sh WORK_DIR EXAMPLE_SOURCE
 set -euo pipefail
-build=$1 example=$2 work=$3
-rm -rf "$work"
-mkdir -p "$work/debs" "$work/root"
+work=$1 example=$2
+rm -rf "$work/root" "$work/pkg-config" "$work/example"
+mkdir -p "$work/root"
 
-"${CPACK:-cpack}" -G DEB --config "$build/CPackConfig.cmake" -B "$work/debs" >"$work/cpack.log" 2>&1 || {
-    cat "$work/cpack.log"
-    exit 1
-}
-debs=("$work"/debs/*.deb)
 echo "packages:"
-for deb in "${debs[@]}"; do
-    echo "  $(dpkg-deb -f "$deb" Package) $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
+for deb in "$work"/debs/*.deb; do
+    package=$(dpkg-deb -f "$deb" Package)
+    if [[ $package == *-dbgsym ]]; then continue; fi
+    echo "  $package $(dpkg-deb -f "$deb" Version): depends on $(dpkg-deb -f "$deb" Depends)"
     dpkg-deb -x "$deb" "$work/root"
 done
-[[ ${#debs[@]} -eq 3 ]] || { echo "expected 3 packages, got ${#debs[@]}"; exit 1; }
 usr="$work/root/usr"
 
-# Every shared object of the runtime package finds what it needs.
+# The packaged programs and libraries carry no RUNPATH: under /usr they find
+# each other on the system's search path, which here is the unpacked lib.
+export LD_LIBRARY_PATH="$usr/lib${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+
+# Every packaged shared object finds what it needs.
 for lib in "$usr"/lib/libVeskIface.so.* "$usr"/lib/libMorva.so "$usr"/lib/libmorvanetwork.so; do
     # Captured first: under pipefail, grep -q stopping early would fail ldd.
     loaded=$(ldd "$lib")
