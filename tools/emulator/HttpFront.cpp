@@ -181,13 +181,13 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
 
     FaultInjector::Played played = FaultInjector::Played::asUsual();
     if (const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt) {
-        record.fault = faultKindName(fault->kind);
+        record.fault = faultName(*fault);
         played = injector_->play(*fault, request, response, [&] { return answer(path, body); });
     }
     if (played.replyAsUsual) {
         const Answer answered = answer(path, body);
         played = {false, answered.status, codeOf(answered),
-                  replyJson(request, response, answered.status, answered.object)};
+                  replyJson(request, response, answered.status, answered.object), answered.note};
     }
     if (played.status == 0 && played.body.isEmpty())
         logNoReply(name);
@@ -195,6 +195,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
         logBody(name, "reply", played.body);
     record.status = played.status;
     record.code = played.code;
+    record.note = played.note;
     record.ms = timer.elapsed();
     ++served_;
     logRequest(record);

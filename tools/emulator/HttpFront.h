@@ -61,6 +61,7 @@ public:
     struct Answer {
         int status;
         QJsonObject object;
+        QString note = QString(); // for the request's log line: "replayed"
     };
     Answer answer(const std::string& path, const QByteArray& body) const;
 
