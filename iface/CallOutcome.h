@@ -95,13 +95,17 @@ public:
     QString url() const { return url_; }
     /// The HTTP status of a reply that arrived whole; 0 when none did.
     int httpStatus() const { return httpStatus_; }
+    /// How the call ended.
     Failure failure() const { return failure_; }
+    /// Whether the request may have reached the back office.
     Reached reached() const { return reached_; }
     /// From the start of the exchange to its end.
     std::chrono::milliseconds elapsed() const { return elapsed_; }
+    /// elapsed() as a number of milliseconds.
     qint64 elapsedMs() const { return qint64(elapsed_.count()); }
-    /// The bytes of the request body sent and of the reply body received.
+    /// The bytes of the request body sent.
     qint64 bytesSent() const { return bytesSent_; }
+    /// The bytes of the reply body received, as the transport handed it over.
     qint64 bytesReceived() const { return bytesReceived_; }
 
     /// True when the call gave its result: status 200 with a JSON object.
@@ -112,6 +116,7 @@ public:
 
     /// "Failure::NoReply" and the like, for logs.
     static QString name(Failure failure);
+    /// "Reached::Unknown" and the like, for logs.
     static QString name(Reached reached);
 
     /// @cond

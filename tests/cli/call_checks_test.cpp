@@ -224,7 +224,7 @@ INSTANTIATE_TEST_SUITE_P(Bodies, CallNotAnObject,
                                                         "<html><body>Maintenance</body></html>",
                                                         "<html><body>Maintenance</body></html>"},
                                          NotAnObjectRow{"Empty", "", "(empty)"},
-                                         NotAnObjectRow{"Array", "[1, 2]", "[1, 2]"}),
+                                         NotAnObjectRow{"Array", "[1, 2]", "[1,2]"}),
                          [](const testing::TestParamInfo<NotAnObjectRow>& info) {
                              return std::string(info.param.name);
                          });
