@@ -1,6 +1,7 @@
 #include "PreparedRequestBase.h"
 
 #include "CallGates.h"
+#include "CallOutcome_p.h"
 #include "NetworkException.h"
 #include "PreparedRequest.h"
 #include "ReplyDiagnostics.h"
@@ -9,6 +10,7 @@
 #include "json/CompactJson.h"
 #include "json/ReplyJson.h"
 
+#include <chrono>
 #include <cmath>
 #include <limits>
 
@@ -59,13 +61,12 @@ template <class Log>
 }
 
 // One exchange: the request is released once sent, then the response taken.
-http::Response exchange(RestClient& client, const QString& url, const QVariant& body) {
+http::Response exchange(RestClient& client, const QString& url, const QByteArray& body) {
     {
         http::Request request;
         request.method = QByteArrayLiteral("POST");
         request.url = QUrl(url, QUrl::TolerantMode);
-        // The bytes of QJsonDocument(QJsonObject::fromVariantMap(...)).toJson(Compact).
-        request.body = json::compactJson(body.toMap());
+        request.body = body;
         client.send(request);
     }
     return client.response();
@@ -84,23 +85,36 @@ public:
 } // namespace
 
 QVariant PreparedRequestBase::getResponseVariant() const {
+    using Clock = std::chrono::steady_clock;
+    // The bytes of QJsonDocument(QJsonObject::fromVariantMap(...)).toJson(Compact).
+    const QByteArray sent = json::compactJson(body.toMap());
     const Log4Qt::Logger* logger = nullptr;
-    const http::Response response = [this, &logger] {
-        if (!client)
-            return exchange(*QSharedPointer<RestClient>::create(), url, body);
+    Clock::time_point started;
+    const http::Response response = [&] {
+        if (!client) {
+            const auto own = QSharedPointer<RestClient>::create();
+            started = Clock::now();
+            return exchange(*own, url, sent);
+        }
         const QSharedPointer<RestClient> performer = client;
         // A shared client carries one exchange at a time, whoever calls.
         const detail::CallGates::Call call = detail::CallGates::enter(performer, url);
         if (call.destroyed) {
-            throw NetworkException(
-                tr::Tr(QStringLiteral("Cannot reach %1: the HTTP client of this call was destroyed "
-                                      "while still in use; nothing was sent")
-                           .arg(url)));
+            detail::recordOutcome(CallOutcome(url, 0, CallOutcome::Failure::ClientDestroyed,
+                                              CallOutcome::Reached::No,
+                                              std::chrono::milliseconds(0), 0, 0));
+            throw NetworkException(tr::Tr(
+                QStringLiteral("No connection to %1: the HTTP client of this call was destroyed "
+                               "while still in use; nothing was sent")
+                    .arg(url)));
         }
         logger = call.logger;
         const std::lock_guard<std::recursive_mutex> exchanging(call.gate->exchange);
-        return exchange(*performer, url, body);
+        started = Clock::now();
+        return exchange(*performer, url, sent);
     }();
+    const auto elapsed =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - started);
     // Found only when there is something to say.
     const auto log = [&]() -> const Log4Qt::Logger& {
         return logger ? *logger : *detail::CallGates::loggerFor(nullptr, url);
@@ -108,6 +122,7 @@ QVariant PreparedRequestBase::getResponseVariant() const {
 
     // What QJsonDocument::fromJson(body).object().toVariantMap() gives.
     json::Reply reply = json::readReply(response.body);
+    detail::recordOutcome(detail::outcomeOf(url, response, reply.shape, elapsed, sent.size()));
     if (response.statusCode == 200) {
         if (reply.shape != json::Reply::Shape::Object)
             diagnostics::replyNotAnObject(log(), url, response, reply.shape);

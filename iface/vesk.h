@@ -4,6 +4,7 @@
 // record machinery, every record and the three service clients, with the
 // host headers that they use.
 
+#include "CallOutcome.h"
 #include "Exception.h"
 #include "NetworkException.h"
 #include "PreparedRequest.h"

@@ -4,6 +4,7 @@
 
 #include <masking/SecretMasking.h>
 #include <morva/Config.h>
+#include <transport/TransportReport.h>
 
 #include <curl/curl.h>
 
@@ -14,6 +15,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <limits>
 #include <mutex>
@@ -193,6 +195,7 @@ struct Exchange {
     bool overLimit = false;       // the body outgrew maxBodyBytes
     QString malformed;            // why the final header block was refused
     int attempts = 0;             // times libcurl was about to send the request
+    long osErrno = 0;             // the system's error of a failed connect
 
     // False refuses the reply, which ends the exchange.
     bool headerLine(const QByteArray& raw) {
@@ -535,56 +538,135 @@ void RestClient::Private::dropConnectionIfUnfit() {
         dropConnection();
 }
 
+namespace {
+
+bool isTlsFailure(CURLcode code) {
+    switch (code) {
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CERTPROBLEM:
+    case CURLE_SSL_CIPHER:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ENGINE_NOTFOUND:
+    case CURLE_SSL_ENGINE_SETFAILED:
+    case CURLE_SSL_ENGINE_INITFAILED:
+    case CURLE_SSL_ISSUER_ERROR:
+    case CURLE_SSL_CRL_BADFILE:
+    case CURLE_SSL_PINNEDPUBKEYNOTMATCH:
+    case CURLE_SSL_INVALIDCERTSTATUS:
+    case CURLE_USE_SSL_FAILED:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 http::Response RestClient::Private::outcome(CURLcode code, Exchange& exchange, long status,
                                             const QString& shownUrl) const {
+    namespace report = vesk::transport;
     using Failure = http::Response::Failure;
+    // Whether the request left: libcurl was about to send it at least once.
+    const bool sent = exchange.attempts > 0;
     http::Response response;
-    const auto fail = [&response](Failure failure, const QString& message) {
+    // Each kind of failure has a message of its own; every one ends by
+    // saying whether the request had left.
+    const auto fail = [&response, sent](Failure failure, const QByteArray& kind,
+                                        const QString& message) {
         response.failure = failure;
-        response.error = tr::Tr(message);
+        response.error =
+            tr::Tr(message + QLatin1String(sent ? report::maybeReceived : report::nothingSent));
+        response.headers.insert(report::failureHeader, kind);
+        response.headers.insert(report::sentHeader, sent ? "yes" : "no");
         return response;
     };
     const auto overLimit = [&] {
-        return fail(Failure::Content, QStringLiteral("Reply from %1 exceeds the limit of %2 bytes")
-                                          .arg(shownUrl, QString::number(settings.maxBodyBytes)));
+        return fail(Failure::Content, report::failure::replyOverLimit,
+                    QStringLiteral("Reply from %1 exceeds the limit of %2 bytes")
+                        .arg(shownUrl, QString::number(settings.maxBodyBytes)));
     };
-    // Once the request went out, no reply does not mean not carried out.
-    const QString maybeReceived =
-        exchange.attempts > 0
-            ? QStringLiteral("; the request was sent, so the server may have received it")
-            : QString();
+    const QString timeout = QString::number(settings.timeoutMs);
 
     if (!curl)
         return fail(
-            Failure::Network,
-            QStringLiteral("Cannot reach %1: the HTTP library did not start").arg(shownUrl));
+            Failure::Network, report::failure::noConnection,
+            QStringLiteral("No connection to %1: the HTTP library did not start").arg(shownUrl));
     if (!exchange.malformed.isEmpty())
         return fail(
-            Failure::Content,
+            Failure::Content, report::failure::replyUndecodable,
             QStringLiteral("Malformed reply from %1: %2").arg(shownUrl, exchange.malformed));
     if (code == CURLE_FILESIZE_EXCEEDED || (code == CURLE_WRITE_ERROR && exchange.overLimit))
         return overLimit();
-    if (code == CURLE_ABORTED_BY_CALLBACK && exchange.attempts > 1)
-        return fail(Failure::Network,
-                    QStringLiteral("Cannot reach %1: the connection closed before the reply%2")
-                        .arg(shownUrl, maybeReceived));
-    if (code == CURLE_OK && !exchange.headersComplete) {
-        // libcurl takes a connection closed after the status line for the
-        // end of a reply; without the end of its headers it is no reply.
-        return fail(Failure::Network, QStringLiteral("Cannot reach %1: the connection closed "
-                                                     "before the reply's headers were complete%2")
-                                          .arg(shownUrl, maybeReceived));
+    if (exchange.headersComplete && code != CURLE_OK) {
+        // The reply began and broke off.
+        if (code == CURLE_OPERATION_TIMEDOUT)
+            return fail(Failure::Content, report::failure::replyCut,
+                        QStringLiteral("Incomplete reply from %1: it did not arrive whole within "
+                                       "%2 ms")
+                            .arg(shownUrl, timeout));
+        if (code == CURLE_BAD_CONTENT_ENCODING)
+            return fail(
+                Failure::Content, report::failure::replyUndecodable,
+                QStringLiteral("Undecodable reply from %1: %2").arg(shownUrl, curlDetail(code)));
+        return fail(Failure::Content, report::failure::replyCut,
+                    QStringLiteral("Incomplete reply from %1: the connection broke off before "
+                                   "the reply was complete (%2)")
+                        .arg(shownUrl, curlDetail(code)));
     }
-    if (code != CURLE_OK && exchange.headersComplete)
-        return fail(Failure::Content,
-                    QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, curlDetail(code)));
     if (code == CURLE_WEIRD_SERVER_REPLY && exchange.blockStatus >= 200)
-        return fail(Failure::Content,
+        return fail(Failure::Content, report::failure::replyUndecodable,
                     QStringLiteral("Malformed reply from %1: %2").arg(shownUrl, curlDetail(code)));
-    if (code != CURLE_OK)
-        return fail(
-            Failure::Network,
-            QStringLiteral("Cannot reach %1: %2%3").arg(shownUrl, curlDetail(code), maybeReceived));
+    if (sent && (code != CURLE_OK || !exchange.headersComplete)) {
+        // The request left and no whole reply head came back. A status line
+        // means the back office had the request and began to answer.
+        // Bytes that are no HTTP reply (libcurl calls them HTTP/0.9).
+        if (code == CURLE_WEIRD_SERVER_REPLY || code == CURLE_UNSUPPORTED_PROTOCOL)
+            return fail(
+                Failure::Network, report::failure::replyUndecodable,
+                QStringLiteral("Malformed reply from %1: %2").arg(shownUrl, curlDetail(code)));
+        if (exchange.blockStatus > 0) {
+            const QString detail = code == CURLE_OPERATION_TIMEDOUT
+                                       ? QStringLiteral("its headers did not arrive whole within "
+                                                        "%1 ms")
+                                             .arg(timeout)
+                                       : QStringLiteral("the connection broke off in its headers");
+            return fail(Failure::Network, report::failure::replyCut,
+                        QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, detail));
+        }
+        if (code == CURLE_OPERATION_TIMEDOUT)
+            return fail(Failure::Network, report::failure::noReply,
+                        QStringLiteral("No reply from %1 within %2 ms").arg(shownUrl, timeout));
+        // libcurl ends a reply that closes after its status line without an
+        // error; a retry refused by onPrerequest is the connection dying too.
+        const QString detail =
+            code == CURLE_OK || code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_GOT_NOTHING
+                ? QStringLiteral("it closed")
+                : curlDetail(code);
+        return fail(Failure::Network, report::failure::connectionLost,
+                    QStringLiteral("The connection to %1 was lost before the reply: %2")
+                        .arg(shownUrl, detail));
+    }
+    if (code != CURLE_OK) {
+        // Nothing left: no connection, or no secure one.
+        const QString detail = curlDetail(code);
+        if (code == CURLE_COULDNT_RESOLVE_HOST || code == CURLE_COULDNT_RESOLVE_PROXY)
+            return fail(Failure::Network, report::failure::unresolved,
+                        QStringLiteral("Cannot resolve the host of %1: %2").arg(shownUrl, detail));
+        if (code == CURLE_COULDNT_CONNECT && exchange.osErrno == ECONNREFUSED)
+            return fail(Failure::Network, report::failure::refused,
+                        QStringLiteral("Connection refused by %1").arg(shownUrl));
+        if (isTlsFailure(code))
+            return fail(Failure::Network, report::failure::tls,
+                        QStringLiteral("TLS with %1 failed: %2").arg(shownUrl, detail));
+        if (code == CURLE_OPERATION_TIMEDOUT)
+            return fail(Failure::Network, report::failure::noConnection,
+                        QStringLiteral("No connection to %1 within %2 ms")
+                            .arg(shownUrl, QString::number(std::min(settings.connectTimeoutMs,
+                                                                    settings.timeoutMs))));
+        return fail(Failure::Network, report::failure::noConnection,
+                    QStringLiteral("No connection to %1: %2").arg(shownUrl, detail));
+    }
 
     QByteArray body = std::move(exchange.body);
     const QByteArray coding = exchange.headers.value("content-encoding");
@@ -598,12 +680,12 @@ http::Response RestClient::Private::outcome(CURLcode code, Exchange& exchange, l
             break;
         case Outcome::Truncated:
             return fail(
-                Failure::Content,
+                Failure::Content, report::failure::replyCut,
                 QStringLiteral("Incomplete reply from %1: %2").arg(shownUrl, decoded.problem));
         case Outcome::Corrupt:
         case Outcome::Unsupported:
             return fail(
-                Failure::Content,
+                Failure::Content, report::failure::replyUndecodable,
                 QStringLiteral("Undecodable reply from %1: %2").arg(shownUrl, decoded.problem));
         case Outcome::OverLimit:
             return overLimit();
@@ -649,6 +731,7 @@ http::Response RestClient::Private::exchange(const http::Request& request) {
     if (curl) {
         curl_easy_getinfo(curl, CURLINFO_SIZE_UPLOAD_T, &sent);
         curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
+        curl_easy_getinfo(curl, CURLINFO_OS_ERRNO, &exchange.osErrno);
         if (curl_easy_getinfo(curl, CURLINFO_ACTIVESOCKET, &keptSocket) != CURLE_OK)
             keptSocket = CURL_SOCKET_BAD;
         keptSince = Clock::now();

@@ -70,6 +70,8 @@ TEST_F(BenchCommand, FailuresAreCountedByKindAndFailTheRun) {
               emulator::AdminClient::Result::Kind::Done);
     ASSERT_EQ(admin.addFault(QStringLiteral("itemInfo:reset;times=2")).kind,
               emulator::AdminClient::Result::Kind::Done);
+    ASSERT_EQ(admin.addFault(QStringLiteral("itemInfo:notjson;times=3")).kind,
+              emulator::AdminClient::Result::Kind::Done);
     const VeskRun run =
         runVesk(benchArguments({QStringLiteral("sales"), QStringLiteral("itemInfo"), coffeeRequest,
                                 QStringLiteral("--count"), QStringLiteral("20"),
@@ -78,9 +80,10 @@ TEST_F(BenchCommand, FailuresAreCountedByKindAndFailTheRun) {
     EXPECT_EQ(run.exitCode, 1) << testing::PrintToString(run);
     const QJsonObject report = run.json();
     EXPECT_EQ(report.value(QStringLiteral("calls")).toInt(), 20);
-    EXPECT_EQ(
-        report.value(QStringLiteral("failures")).toObject(),
-        (QJsonObject{{QStringLiteral("service error 42"), 5}, {QStringLiteral("network"), 2}}));
+    EXPECT_EQ(report.value(QStringLiteral("failures")).toObject(),
+              (QJsonObject{{QStringLiteral("ServiceError 42"), 5},
+                           {QStringLiteral("ConnectionLost"), 2},
+                           {QStringLiteral("NotAnObject"), 3}}));
 }
 
 TEST_F(BenchCommand, DurationBoundsTheRun) {

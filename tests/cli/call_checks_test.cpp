@@ -99,8 +99,9 @@ TEST_F(CallChecks, RefusalShowsTheHttpStatusAndTheBodysStart) {
     const VeskRun run = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
                              QStringLiteral(R"({"barcode": "0000000000000"})"));
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
-    EXPECT_EQ(run.err, QStringLiteral("service error 1001: No item with barcode \"0000000000000\"\n"
-                                      "  HTTP 404, body: {\"code\":1001,\"userMsg\":\"No item with "
+    EXPECT_EQ(run.err, QStringLiteral("service error: HTTP 404, code 1001: No item with barcode "
+                                      "\"0000000000000\"\n"
+                                      "  body: {\"code\":1001,\"userMsg\":\"No item with "
                                       "barcode \\\"0000000000000\\\"\"}\n"));
 }
 
@@ -112,8 +113,8 @@ TEST(CallRefusal, HtmlErrorPageShowsItsStatusAndStart) {
                                  QStringLiteral("--url"), QStringLiteral("sales=") + server.url()});
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
     // After the library's own warning about a body that is not the service's.
-    EXPECT_TRUE(run.err.endsWith(QStringLiteral("service error 0: \n"
-                                                "  HTTP 502, body: <html><body><h1>502 Bad "
+    EXPECT_TRUE(run.err.endsWith(QStringLiteral("service error: HTTP 502, code 0: \n"
+                                                "  body: <html><body><h1>502 Bad "
                                                 "Gateway</h1></body></html>\n")))
         << run.err.toStdString();
 }
@@ -182,6 +183,51 @@ TEST(ListingsAsJson, RecordGivesEveryMemberWithItsKindAndEntry) {
                                                      {"optional", false},
                                                      {"entry", QJsonValue::Null}}));
 }
+
+struct NotAnObjectRow {
+    const char* name;
+    const char* body;
+    const char* shown; // how the error shows the body's start
+};
+
+void PrintTo(const NotAnObjectRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class CallNotAnObject : public testing::TestWithParam<NotAnObjectRow> {};
+
+TEST_P(CallNotAnObject, A200ThatIsNotAnObjectIsAnErrorUnlessLenient) {
+    const NotAnObjectRow& row = GetParam();
+    vesk::test::LoopbackServer server;
+    server.replyToAll(200, row.body, "text/html");
+    const QStringList arguments{
+        QStringLiteral("call"), QStringLiteral("sales"), QStringLiteral("itemInfo"),
+        QStringLiteral("{}"),   QStringLiteral("--url"), QStringLiteral("sales=") + server.url()};
+
+    const VeskRun strict = runVesk(arguments);
+    EXPECT_EQ(strict.exitCode, 4) << testing::PrintToString(strict);
+    EXPECT_EQ(strict.out, QString());
+    EXPECT_TRUE(strict.err.endsWith(
+        QStringLiteral("vesk: the reply is not a JSON object: HTTP 200, body: %1\n"
+                       "  (--lenient takes it as the library does: an empty response)\n")
+            .arg(QString::fromUtf8(row.shown))))
+        << strict.err.toStdString();
+
+    const VeskRun lenient = runVesk(arguments + QStringList{QStringLiteral("--lenient")});
+    EXPECT_EQ(lenient.exitCode, 0) << testing::PrintToString(lenient);
+    EXPECT_TRUE(lenient.out.contains(QStringLiteral("\"barcode\": \"\"")))
+        << lenient.out.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Bodies, CallNotAnObject,
+                         testing::Values(NotAnObjectRow{"Html",
+                                                        "<html><body>Maintenance</body></html>",
+                                                        "<html><body>Maintenance</body></html>"},
+                                         NotAnObjectRow{"Empty", "", "(empty)"},
+                                         NotAnObjectRow{"Array", "[1, 2]", "[1,2]"}),
+                         [](const testing::TestParamInfo<NotAnObjectRow>& info) {
+                             return std::string(info.param.name);
+                         });
 
 } // namespace
 } // namespace vesk::cli::test

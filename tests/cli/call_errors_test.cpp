@@ -13,8 +13,8 @@ TEST_F(CallFailure, ServiceRefusalExitsWith2AndPrintsItsCodeAndMessage) {
     const VeskRun run = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
                              QStringLiteral(R"({"barcode": "0000000000000"})"));
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
-    EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("service error 1001: No item with barcode \"0000000000000\"\n  HTTP 404, ")))
+    EXPECT_TRUE(run.err.startsWith(QStringLiteral(
+        "service error: HTTP 404, code 1001: No item with barcode \"0000000000000\"\n  body: ")))
         << run.err.toStdString();
     EXPECT_EQ(run.out, QString());
 }
@@ -29,7 +29,8 @@ TEST_F(CallFailure, WrongPinIsAServiceRefusal) {
              QStringLiteral(R"({"discCardId": "%1", "token": "%2", "pinCode": "0000"})")
                  .arg(goldCard, token));
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
-    EXPECT_TRUE(run.err.startsWith(QStringLiteral("service error 3003: Wrong PIN\n  HTTP 403, ")))
+    EXPECT_TRUE(run.err.startsWith(
+        QStringLiteral("service error: HTTP 403, code 3003: Wrong PIN\n  body: ")))
         << run.err.toStdString();
 }
 
@@ -39,7 +40,7 @@ TEST_F(CallFailure, NoRequestArgumentSendsTheEmptyObject) {
         urlOptions());
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
     EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("service error 1001: No item with barcode \"\"\n  HTTP 404, ")))
+        QStringLiteral("service error: HTTP 404, code 1001: No item with barcode \"\"\n  body: ")))
         << run.err.toStdString();
 }
 

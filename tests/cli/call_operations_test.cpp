@@ -73,8 +73,8 @@ TEST_F(CallOperation, UnreserveChequeReleasesTheReservation) {
     const VeskRun again =
         call(sales, QStringLiteral("unreserveCheque"), QStringLiteral(R"({"chequeId": "C-2"})"));
     EXPECT_EQ(again.exitCode, 2) << testing::PrintToString(again);
-    EXPECT_TRUE(again.err.startsWith(
-        QStringLiteral("service error 1002: No reservation for cheque \"C-2\"\n  HTTP 404, ")))
+    EXPECT_TRUE(again.err.startsWith(QStringLiteral(
+        "service error: HTTP 404, code 1002: No reservation for cheque \"C-2\"\n  body: ")))
         << again.err.toStdString();
 }
 

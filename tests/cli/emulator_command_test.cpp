@@ -83,7 +83,7 @@ TEST(EmulatorCommandUsage, NoEmulatorListeningIsANetworkFailure) {
     const VeskRun run = runVesk(emulatorArguments(closed.port(), {QStringLiteral("health")}));
     EXPECT_EQ(run.exitCode, 3) << testing::PrintToString(run);
     EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("vesk: no emulator answers at http://127.0.0.1:%1: Cannot reach")
+        QStringLiteral("vesk: no emulator answers at http://127.0.0.1:%1: Connection refused by")
             .arg(closed.port())))
         << run.err.toStdString();
 }

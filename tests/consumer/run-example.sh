@@ -15,8 +15,8 @@ example="$work/example/typed-host"
 # Port 1 of the loopback address: nothing listens there.
 status=0
 "$example" http://127.0.0.1:1/sales/ 4601234000017 >"$work/refused.out" 2>&1 || status=$?
-if [[ $status -ne 3 ]] || ! grep -q '^no reply: Cannot reach' "$work/refused.out"; then
-    echo "unreachable service: exit $status, expected 3 and 'no reply: Cannot reach':"
+if [[ $status -ne 3 ]] || ! grep -q '^no reply: Connection refused by' "$work/refused.out"; then
+    echo "unreachable service: exit $status, expected 3 and 'no reply: Connection refused by':"
     cat "$work/refused.out"
     exit 1
 fi

@@ -59,6 +59,48 @@ TEST_F(AdminApiTest, FaultAddedAtRunTimeFiresListsAndClears) {
     EXPECT_TRUE(send(port(), "GET", "/_emulator/faults").body.value("faults").toArray().isEmpty());
 }
 
+TEST_F(AdminApiTest, FaultAfterTheOperationIsAddedByItsTextOrItsMembersAndListed) {
+    const Reply bySpec = send(port(), "POST", "/_emulator/faults",
+                              R"({"spec": "commitCheque:reset,after;times=1"})");
+    EXPECT_EQ(bySpec.status, 201);
+    EXPECT_EQ(bySpec.body, (QJsonObject{{"operation", "commitCheque"},
+                                        {"fault", "reset"},
+                                        {"after", true},
+                                        {"times", 1},
+                                        {"spec", "commitCheque:reset,after;times=1"}}));
+    const Reply byMembers =
+        send(port(), "POST", "/_emulator/faults",
+             R"({"operation": "reserveCheque", "fault": "hang", "ms": 1500, "after": true})");
+    EXPECT_EQ(byMembers.status, 201);
+    EXPECT_EQ(byMembers.body.value("spec").toString(),
+              QStringLiteral("reserveCheque:hang=1500,after"));
+
+    const QJsonArray listed =
+        send(port(), "GET", "/_emulator/faults").body.value("faults").toArray();
+    ASSERT_EQ(listed.size(), 2);
+    EXPECT_EQ(listed.at(0).toObject(), (QJsonObject{{"operation", "commitCheque"},
+                                                    {"fault", "reset"},
+                                                    {"after", true},
+                                                    {"times", 1},
+                                                    {"spec", "commitCheque:reset,after;times=1"},
+                                                    {"fired", 0},
+                                                    {"remaining", 1}}));
+    EXPECT_EQ(listed.at(1).toObject(), (QJsonObject{{"operation", "reserveCheque"},
+                                                    {"fault", "hang"},
+                                                    {"ms", 1500},
+                                                    {"after", true},
+                                                    {"spec", "reserveCheque:hang=1500,after"},
+                                                    {"fired", 0}}));
+
+    const Reply refused =
+        send(port(), "POST", "/_emulator/faults",
+             R"({"operation": "itemInfo", "fault": "delay", "ms": 5, "after": true})");
+    EXPECT_EQ(refused.status, 400);
+    EXPECT_EQ(refused.body, (QJsonObject{{"code", 400},
+                                         {"userMsg", "Bad fault: delay does not take \"after\""}}));
+    EXPECT_EQ(emulator->faults().list().size(), 2);
+}
+
 TEST_F(AdminApiTest, BadFaultIsRefusedWithTheReasonAndAddsNothing) {
     const Reply refused =
         send(port(), "POST", "/_emulator/faults", R"({"spec": "itemInfo:explode"})");
@@ -113,6 +155,13 @@ TEST(RequestLog, OneLineWithTimeOperationStatusCodeDurationAndFault) {
     EXPECT_EQ(
         requestLine({arrived, QStringLiteral("commitCheque"), 0, 0, 1000, QStringLiteral("hang")}),
         QStringLiteral("2026-11-20T09:30:00.123Z commitCheque - 1000 ms fault=hang"));
+    EXPECT_EQ(requestLine({arrived, QStringLiteral("commitCheque"), 0, 0, 4,
+                           QStringLiteral("reset,after"), QStringLiteral("operation=200")}),
+              QStringLiteral(
+                  "2026-11-20T09:30:00.123Z commitCheque - 4 ms fault=reset,after operation=200"));
+    EXPECT_EQ(requestLine({arrived, QStringLiteral("commitCheque"), 200, 0, 1, QString(),
+                           QStringLiteral("replayed")}),
+              QStringLiteral("2026-11-20T09:30:00.123Z commitCheque 200 1 ms replayed"));
 }
 
 TEST_F(AdminApiTest, EveryRequestIsLoggedAndBodiesOnlyAtDebugWithSecretsMasked) {

@@ -36,6 +36,19 @@ TEST(CommandLineTest, OptionsSetTheAddressDatabaseAndSeed) {
     EXPECT_TRUE(parse({"--version"})->version);
 }
 
+TEST(CommandLineTest, FaultsAreReadInTheirOrder) {
+    const std::optional<CommandLine> line =
+        parse({"--fault", "commitCheque:reset,after;times=1", "--fault=itemInfo:delay=5"});
+    ASSERT_TRUE(line);
+    ASSERT_EQ(line->options.faults.size(), 2);
+    EXPECT_EQ(line->options.faults[0].operation, "commitCheque");
+    EXPECT_EQ(line->options.faults[0].fault.kind, Fault::Kind::Reset);
+    EXPECT_TRUE(line->options.faults[0].fault.after);
+    EXPECT_EQ(line->options.faults[0].times, 1);
+    EXPECT_EQ(line->options.faults[1].fault.kind, Fault::Kind::Delay);
+    EXPECT_FALSE(line->options.faults[1].fault.after);
+}
+
 TEST(CommandLineTest, ListenTakesBracketedIpv6AndPortZero) {
     const std::optional<CommandLine> line = parse({"--listen", "[::1]:0"});
     ASSERT_TRUE(line);
@@ -76,7 +89,10 @@ INSTANTIATE_TEST_SUITE_P(
         BadUsage{"listen_without_host",
                  {"--listen", ":80"},
                  "--listen: \":80\" is not HOST:PORT (a port from 0 to 65535)"},
-        BadUsage{"empty_db", {"--db", ""}, "--db: the file name is empty"}),
+        BadUsage{"empty_db", {"--db", ""}, "--db: the file name is empty"},
+        BadUsage{"after_on_a_fault_that_sends_no_reply_of_the_operation",
+                 {"--fault", "commitCheque:notjson,after"},
+                 "--fault commitCheque:notjson,after: notjson does not take \"after\""}),
     [](const auto& info) { return std::string(info.param.name); });
 
 } // namespace

@@ -33,6 +33,8 @@ struct Rehearsal {
     const char* itemName; // of a reply
     qint64 atLeastMs;
     qint64 atMostMs;
+    CallOutcome::Failure failure; // what the call's outcome says
+    CallOutcome::Reached reached;
 };
 
 void PrintTo(const Rehearsal& row, std::ostream* out) {
@@ -91,7 +93,10 @@ TEST_P(FaultRehearsal, GivesTheExceptionATillMeets) {
         message = e.what();
     }
     const qint64 ms = timer.elapsed();
+    const CallOutcome fate = lastCallOutcome();
     EXPECT_EQ(outcome, row.outcome) << message;
+    EXPECT_EQ(fate.failure(), row.failure) << CallOutcome::name(fate.failure()).toStdString();
+    EXPECT_EQ(fate.reached(), row.reached) << CallOutcome::name(fate.reached()).toStdString();
     EXPECT_EQ(code, row.code);
     EXPECT_THAT(message, HasSubstr(row.message));
     EXPECT_GE(ms, row.atLeastMs);
@@ -108,23 +113,31 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Rehearsal{"ServiceErrorCarriesTheInjectedCodeAndMessage",
                   "itemInfo:error=503,code=42,msg=Back office busy",
-                  Outcome::ServiceError, 42, "Back office busy", "", 0, 2000},
+                  Outcome::ServiceError, 42, "Back office busy", "", 0, 2000,
+                  CallOutcome::Failure::ServiceError, CallOutcome::Reached::Yes},
         Rehearsal{"DelayBelowTheTimeoutStillGivesTheReply", "itemInfo:delay=300",
-                  Outcome::Reply, 0, "", "Coffee beans, 1 kg", 300, 3000},
+                  Outcome::Reply, 0, "", "Coffee beans, 1 kg", 300, 3000,
+                  CallOutcome::Failure::None, CallOutcome::Reached::Yes},
         Rehearsal{"HangPastTheTimeoutIsANetworkFailure", "itemInfo:hang=10000",
-                  Outcome::NetworkFailure, 0, "Timeout was reached", "", clientTimeoutMs, 4000},
+                  Outcome::NetworkFailure, 0, "No reply from", "", clientTimeoutMs, 4000,
+                  CallOutcome::Failure::NoReply, CallOutcome::Reached::Unknown},
         // A 200 whose body is no object reads as the empty object, with a
         // warning on the service's logger: the record keeps its defaults.
         Rehearsal{"HtmlPageForJsonGivesTheDefaultRecord", "itemInfo:notjson",
-                  Outcome::Reply, 0, "", "", 0, 2000},
+                  Outcome::Reply, 0, "", "", 0, 2000,
+                  CallOutcome::Failure::NotAnObject, CallOutcome::Reached::Yes},
         Rehearsal{"CutReplyIsANetworkFailure", "itemInfo:truncate",
-                  Outcome::NetworkFailure, 0, "Incomplete reply from", "", 0, 2000},
+                  Outcome::NetworkFailure, 0, "Incomplete reply from", "", 0, 2000,
+                  CallOutcome::Failure::ReplyCut, CallOutcome::Reached::Yes},
         Rehearsal{"ReplyOverTheClientsLimitIsRefused", "itemInfo:oversize=5M",
-                  Outcome::NetworkFailure, 0, "exceeds the limit of 4194304 bytes", "", 0, 4000},
+                  Outcome::NetworkFailure, 0, "exceeds the limit of 4194304 bytes", "", 0, 4000,
+                  CallOutcome::Failure::ReplyOverLimit, CallOutcome::Reached::Yes},
         Rehearsal{"PaddedReplyUnderTheLimitIsRead", "itemInfo:oversize=100000",
-                  Outcome::Reply, 0, "", "Coffee beans, 1 kg", 0, 2000},
+                  Outcome::Reply, 0, "", "Coffee beans, 1 kg", 0, 2000,
+                  CallOutcome::Failure::None, CallOutcome::Reached::Yes},
         Rehearsal{"ResetConnectionIsANetworkFailure", "itemInfo:reset",
-                  Outcome::NetworkFailure, 0, "Connection reset by peer", "", 0, 2000}),
+                  Outcome::NetworkFailure, 0, "Connection reset by peer", "", 0, 2000,
+                  CallOutcome::Failure::ConnectionLost, CallOutcome::Reached::Unknown}),
     [](const testing::TestParamInfo<Rehearsal>& info) { return std::string(info.param.name); });
 // clang-format on
 

@@ -22,6 +22,7 @@ struct GoodSpec {
     FaultRule::When when;
     qint64 times;
     double fraction;
+    bool after = false;
 };
 
 void PrintTo(const GoodSpec& row, std::ostream* out) {
@@ -44,6 +45,7 @@ TEST_P(FaultSpecReads, IntoTheRuleAndBackToItsText) {
     EXPECT_EQ(rule->when, row.when);
     EXPECT_EQ(rule->times, row.times);
     EXPECT_EQ(rule->fraction, row.fraction);
+    EXPECT_EQ(rule->fault.after, row.after);
     EXPECT_EQ(faultSpec(*rule), QString::fromUtf8(row.canonical));
     EXPECT_EQ(parseFaultSpec(faultSpec(*rule), nullptr), rule);
     // The admin API's members form reads back into the same rule.
@@ -81,6 +83,19 @@ INSTANTIATE_TEST_SUITE_P(
                              0, 0, "", 0, 5000000, W::Always, 0, 1},
                     GoodSpec{"unreserveCheque:reset", "unreserveCheque:reset", K::Reset, 0, 0, "",
                              0, 0, W::Always, 0, 1}));
+
+INSTANTIATE_TEST_SUITE_P(
+    AfterTheOperation, FaultSpecReads,
+    testing::Values(GoodSpec{"commitCheque:reset,after;times=1", "commitCheque:reset,after;times=1",
+                             K::Reset, 0, 0, "", 0, 0, W::Times, 1, 1, true},
+                    GoodSpec{"reserveCheque:truncate,after", "reserveCheque:truncate,after",
+                             K::Truncate, 0, 0, "", 0, 0, W::Always, 0, 1, true},
+                    GoodSpec{"calcAndReserveBonusPay:hang,after",
+                             "calcAndReserveBonusPay:hang=300000,after", K::Hang, 0, 0, "", 300000,
+                             0, W::Always, 0, 1, true},
+                    GoodSpec{"*:hang=1500,after;fraction=0.5",
+                             "*:hang=1500,after;fraction=0.5,seed=1", K::Hang, 0, 0, "", 1500, 0,
+                             W::Fraction, 0, 0.5, true}));
 
 struct BadSpec {
     const char* spec;
@@ -123,7 +138,16 @@ INSTANTIATE_TEST_SUITE_P(
                 "unknown condition \"sometimes\" (times=N, fraction=F[,seed=S] or always)"},
         BadSpec{"itemInfo:reset;times=1;always",
                 "more than one ';': expected OPERATION:FAULT[;WHEN]"},
-        BadSpec{"itemInfo:error=500,msg=trailing\\", "a '\\' ends the text: nothing to escape"}));
+        BadSpec{"itemInfo:error=500,msg=trailing\\", "a '\\' ends the text: nothing to escape"},
+        BadSpec{"commitCheque:reset,after=1", "after takes no value"},
+        BadSpec{"commitCheque:reset,after,after", "\"after\" is given twice"},
+        BadSpec{"commitCheque:error=500,after", "error does not take \"after\""},
+        BadSpec{"commitCheque:delay=5,after", "delay does not take \"after\""},
+        BadSpec{"commitCheque:notjson,after", "notjson does not take \"after\""},
+        BadSpec{"commitCheque:oversize,after", "oversize does not take \"after\""},
+        // "after" belongs to the fault, not to when it fires.
+        BadSpec{"commitCheque:reset;after",
+                "unknown condition \"after\" (times=N, fraction=F[,seed=S] or always)"}));
 
 TEST(FaultRuleJson, MembersFormReadsAsTheTextWould) {
     QString error;
@@ -139,6 +163,46 @@ TEST(FaultRuleJson, MembersFormReadsAsTheTextWould) {
         QJsonObject{{QStringLiteral("spec"), QStringLiteral("itemInfo:delay=10")}}, &error);
     ASSERT_TRUE(fromSpec) << error.toStdString();
     EXPECT_EQ(fromSpec->fault.ms, 10);
+}
+
+TEST(FaultRuleJson, AfterMemberPlaysTheFaultOnceTheOperationIsDone) {
+    QString error;
+    const std::optional<FaultRule> hang = faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "commitCheque", "fault": "hang", "ms": 2000,
+                                    "after": true, "times": 1})")
+            .object(),
+        &error);
+    ASSERT_TRUE(hang) << error.toStdString();
+    EXPECT_TRUE(hang->fault.after);
+    EXPECT_EQ(faultSpec(*hang), QStringLiteral("commitCheque:hang=2000,after;times=1"));
+    EXPECT_EQ(faultRuleToJson(*hang),
+              (QJsonObject{{"operation", "commitCheque"},
+                           {"fault", "hang"},
+                           {"ms", 2000},
+                           {"after", true},
+                           {"times", 1},
+                           {"spec", "commitCheque:hang=2000,after;times=1"}}));
+    // false is the fault as it always was, listed without the member.
+    const std::optional<FaultRule> reset =
+        faultRuleFromJson(QJsonDocument::fromJson(R"({"operation": "commitCheque", "fault": "reset",
+                                    "after": false})")
+                              .object(),
+                          &error);
+    ASSERT_TRUE(reset) << error.toStdString();
+    EXPECT_EQ(reset, parseFaultSpec(QStringLiteral("commitCheque:reset"), nullptr));
+    EXPECT_FALSE(faultRuleToJson(*reset).contains(QStringLiteral("after")));
+
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "commitCheque", "fault": "reset", "after": 1})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("\"after\" must be true or false"));
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(
+            R"({"operation": "commitCheque", "fault": "error", "status": 500, "after": true})")
+            .object(),
+        &error));
+    EXPECT_EQ(error, QStringLiteral("error does not take \"after\""));
 }
 
 TEST(FaultRuleJson, RefusesUnknownMembersAndWrongTypes) {

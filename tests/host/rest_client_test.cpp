@@ -361,7 +361,10 @@ void expectFailure(const http::Response& response, Failure failure, const QStrin
     EXPECT_EQ(response.failure, failure);
     EXPECT_EQ(response.statusCode, 0);
     EXPECT_TRUE(response.body.isEmpty());
-    EXPECT_TRUE(response.headers.isEmpty());
+    // No reply headers; only the transport's report, under names no header has.
+    for (const QByteArray& name : response.headers.keys())
+        EXPECT_TRUE(name.startsWith(':')) << name.toStdString();
+    EXPECT_TRUE(response.headers.contains(":failure"));
     EXPECT_TRUE(response.error.text().startsWith(errorStart))
         << text(response.error.text()) << "\ndoes not start with\n"
         << text(errorStart);
@@ -375,10 +378,9 @@ TEST(RestClientTest, RefusedConnectionIsNetworkFailure) {
 
     EXPECT_TRUE(response.isNetworkError());
     expectFailure(response, Failure::Network,
-                  QStringLiteral("Cannot reach %1: Couldn't connect to server").arg(url));
-    // libcurl's detail follows in brackets, without repeating the summary.
-    EXPECT_EQ(response.error.text().count(QStringLiteral("Couldn't connect to server")), 1)
-        << response.error.text().toStdString();
+                  QStringLiteral("Connection refused by %1; nothing was sent").arg(url));
+    EXPECT_EQ(response.headers.value(":failure"), "refused");
+    EXPECT_EQ(response.headers.value(":request-sent"), "no");
 }
 
 TEST(RestClientTest, UnsupportedSchemeIsNetworkFailure) {
@@ -387,7 +389,12 @@ TEST(RestClientTest, UnsupportedSchemeIsNetworkFailure) {
     const http::Response response =
         exchange(client, makeRequest("POST", QStringLiteral("ftp://127.0.0.1:1/x"), "{}"));
 
-    expectFailure(response, Failure::Network, QStringLiteral("Cannot reach ftp://127.0.0.1:1/x: "));
+    expectFailure(response, Failure::Network,
+                  QStringLiteral("No connection to ftp://127.0.0.1:1/x: "));
+    // libcurl's detail follows in brackets, without repeating the summary.
+    EXPECT_EQ(response.error.text().count(QStringLiteral("Unsupported protocol")), 1)
+        << response.error.text().toStdString();
+    EXPECT_TRUE(response.error.text().endsWith(QStringLiteral("; nothing was sent")));
 }
 
 TEST(RestClientTest, ServerClosingBeforeAnsweringIsNetworkFailure) {
@@ -396,8 +403,12 @@ TEST(RestClientTest, ServerClosingBeforeAnsweringIsNetworkFailure) {
 
     const http::Response response = exchange(client, makeRequest("POST", server.url("/x"), "{}"));
 
-    expectFailure(response, Failure::Network,
-                  QStringLiteral("Cannot reach %1: ").arg(server.url("/x")));
+    expectFailure(
+        response, Failure::Network,
+        QStringLiteral("The connection to %1 was lost before the reply: ").arg(server.url("/x")));
+    EXPECT_TRUE(response.error.text().endsWith(
+        QStringLiteral("; the request was sent, so the server may have received it")));
+    EXPECT_EQ(response.headers.value(":failure"), "connection-lost");
     EXPECT_EQ(server.connections(), 1);
 }
 
@@ -423,7 +434,9 @@ TEST(RestClientTest, SilentServerTimesOutAsNetworkFailureWithinTheTimeout) {
     const auto elapsed = Clock::now() - started;
 
     expectFailure(client.response(), Failure::Network,
-                  QStringLiteral("Cannot reach %1: Timeout was reached").arg(server.url("/x")));
+                  QStringLiteral("No reply from %1 within 300 ms; the request was sent, so the "
+                                 "server may have received it")
+                      .arg(server.url("/x")));
     EXPECT_LT(elapsed, timeoutBound);
 }
 
@@ -443,7 +456,7 @@ TEST(RestClientTest, HandlerTooSlowToAnswerTimesOutAsNetworkFailureWithinTheTime
     release.set_value();
 
     expectFailure(client.response(), Failure::Network,
-                  QStringLiteral("Cannot reach %1: Timeout was reached").arg(server.url("/slow")));
+                  QStringLiteral("No reply from %1 within 300 ms").arg(server.url("/slow")));
     EXPECT_LT(elapsed, timeoutBound);
 }
 
@@ -457,9 +470,9 @@ TEST(RestClientTest, StallInTheMiddleOfTheBodyTimesOutAsContentFailureWithinTheT
     client.send(makeRequest("POST", server.url("/x"), "{}"));
     const auto elapsed = Clock::now() - started;
 
-    expectFailure(
-        client.response(), Failure::Content,
-        QStringLiteral("Incomplete reply from %1: Timeout was reached").arg(server.url("/x")));
+    expectFailure(client.response(), Failure::Content,
+                  QStringLiteral("Incomplete reply from %1: it did not arrive whole within 300 ms")
+                      .arg(server.url("/x")));
     EXPECT_LT(elapsed, timeoutBound);
 }
 
@@ -470,7 +483,8 @@ struct BrokenReplyRow {
     std::string reply;
     RawServer::Then then;
     Failure failure;
-    const char* messageStart = nullptr; // else the usual one of its kind of failure
+    const char* messageStart; // %1 the URL
+    const char* kind;         // the transport's report of it
 };
 
 // Rows are shown by name in test output.
@@ -490,11 +504,13 @@ TEST_P(RestClientBrokenReplyTest, IsReportedAsItsKindOfFailure) {
     client.send(makeRequest("POST", url, "{}"));
     const auto elapsed = Clock::now() - started;
 
-    const QString start = row.messageStart ? QString::fromUtf8(row.messageStart)
-                          : row.failure == Failure::Network
-                              ? QStringLiteral("Cannot reach")
-                              : QStringLiteral("Incomplete reply from");
-    expectFailure(client.response(), row.failure, QStringLiteral("%1 %2: ").arg(start, url));
+    const http::Response response = client.response();
+    expectFailure(response, row.failure, QString::fromUtf8(row.messageStart).arg(url));
+    EXPECT_EQ(response.headers.value(":failure"), row.kind);
+    EXPECT_EQ(response.headers.value(":request-sent"), "yes");
+    EXPECT_TRUE(response.error.text().endsWith(
+        QStringLiteral("; the request was sent, so the server may have received it")))
+        << text(response.error.text());
     EXPECT_LT(elapsed, timeoutBound);
 }
 
@@ -504,34 +520,52 @@ const std::string headOf1000 = "HTTP/1.1 200 OK\r\nContent-Type: application/jso
 INSTANTIATE_TEST_SUITE_P(
     Replies, RestClientBrokenReplyTest,
     testing::Values(
-        BrokenReplyRow{"ClosedBeforeAnything", "", RawServer::Then::Close, Failure::Network},
-        BrokenReplyRow{"SilentBeforeAnything", "", RawServer::Then::Stall, Failure::Network},
+        BrokenReplyRow{"ClosedBeforeAnything", "", RawServer::Then::Close, Failure::Network,
+                       "The connection to %1 was lost before the reply: ", "connection-lost"},
+        BrokenReplyRow{"SilentBeforeAnything", "", RawServer::Then::Stall, Failure::Network,
+                       "No reply from %1 within 300 ms", "no-reply"},
         BrokenReplyRow{"ClosedAfterStatusLine", "HTTP/1.1 200 OK\r\n", RawServer::Then::Close,
-                       Failure::Network},
+                       Failure::Network,
+                       "Incomplete reply from %1: the connection broke off in its headers",
+                       "reply-cut"},
         BrokenReplyRow{"ClosedInsideHeaders", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n",
-                       RawServer::Then::Close, Failure::Network},
+                       RawServer::Then::Close, Failure::Network,
+                       "Incomplete reply from %1: the connection broke off in its headers",
+                       "reply-cut"},
         BrokenReplyRow{"SilentInsideHeaders", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n",
-                       RawServer::Then::Stall, Failure::Network},
+                       RawServer::Then::Stall, Failure::Network,
+                       "Incomplete reply from %1: its headers did not arrive whole within 300 ms",
+                       "reply-cut"},
         BrokenReplyRow{"ClosedAfterInterimReply", "HTTP/1.1 100 Continue\r\n\r\n",
-                       RawServer::Then::Close, Failure::Network},
+                       RawServer::Then::Close, Failure::Network,
+                       "Incomplete reply from %1: the connection broke off in its headers",
+                       "reply-cut"},
         BrokenReplyRow{"NotHttp", "this is not http\r\n\r\n", RawServer::Then::Close,
-                       Failure::Network},
+                       Failure::Network, "Malformed reply from %1: ", "reply-undecodable"},
         BrokenReplyRow{"ClosedMidBody", headOf1000 + "0123456789", RawServer::Then::Close,
-                       Failure::Content},
-        BrokenReplyRow{"SilentMidBody", headOf1000 + "0123456789", RawServer::Then::Stall,
-                       Failure::Content},
+                       Failure::Content,
+                       "Incomplete reply from %1: the connection broke off before the reply was "
+                       "complete",
+                       "reply-cut"},
+        BrokenReplyRow{
+            "SilentMidBody", headOf1000 + "0123456789", RawServer::Then::Stall, Failure::Content,
+            "Incomplete reply from %1: it did not arrive whole within 300 ms", "reply-cut"},
         BrokenReplyRow{"ClosedRightAfterHeaders", headOf1000, RawServer::Then::Close,
-                       Failure::Content},
+                       Failure::Content, "Incomplete reply from %1: the connection broke off",
+                       "reply-cut"},
         BrokenReplyRow{"ClosedMidBodyAfterInterimReply",
                        "HTTP/1.1 100 Continue\r\n\r\n" + headOf1000 + "0123456789",
-                       RawServer::Then::Close, Failure::Content},
+                       RawServer::Then::Close, Failure::Content,
+                       "Incomplete reply from %1: the connection broke off", "reply-cut"},
         BrokenReplyRow{"ClosedMidChunk",
                        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n64\r\n0123456789",
-                       RawServer::Then::Close, Failure::Content},
+                       RawServer::Then::Close, Failure::Content,
+                       "Incomplete reply from %1: the connection broke off", "reply-cut"},
         BrokenReplyRow{"UndecodableEncoding",
                        "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 10\r\n\r\n"
                        "not gzip!!",
-                       RawServer::Then::Close, Failure::Content, "Undecodable reply from"}),
+                       RawServer::Then::Close, Failure::Content,
+                       "Undecodable reply from %1: ", "reply-undecodable"}),
     [](const testing::TestParamInfo<BrokenReplyRow>& info) {
         return std::string(info.param.name);
     });
@@ -591,7 +625,9 @@ TEST(RestClientTest, ErrorMessageKeepsPercentEscapesOfTheUrl) {
     const http::Response response = exchange(client, makeRequest("GET", url));
 
     EXPECT_EQ(text(response.error.text()),
-              "Reply from " + text(url) + " exceeds the limit of 1024 bytes");
+              "Reply from " + text(url) +
+                  " exceeds the limit of 1024 bytes; the request was sent, so the server may "
+                  "have received it");
 }
 
 // ---------------------------------------------------------------------------
@@ -988,7 +1024,7 @@ TEST(RestClientLogTest, FailureIsLoggedWithItsKindAndMessage) {
     ASSERT_EQ(lines.size(), 1) << capture.all();
     const std::string line = text(lines[0]);
     EXPECT_TRUE(contains(line, "POST " + text(url) + " -> network failure in ")) << line;
-    EXPECT_TRUE(contains(line, "Cannot reach " + text(url) + ": Couldn't connect to server"))
+    EXPECT_TRUE(contains(line, ": Connection refused by " + text(url) + "; nothing was sent"))
         << line;
 }
 

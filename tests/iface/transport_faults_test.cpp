@@ -5,6 +5,7 @@
 
 #include "support/ConfigScope.h"
 #include "support/FaultServer.h"
+#include "support/LoopbackSocket.h"
 #include "support/RawServer.h"
 
 #include <vesk/vesk.h>
@@ -18,6 +19,10 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <thread>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace vesk {
 namespace {
@@ -28,7 +33,7 @@ using test::FaultServer;
 using testing::HasSubstr;
 
 constexpr int timeoutMs = 1000;
-const std::string mayHaveReceived = "the server may have received it";
+const std::string mayHaveReceived = "the request was sent, so the server may have received it";
 
 QSharedPointer<RestClient> client(qint64 maxBodyBytes = 0) {
     RestClient::Settings settings;
@@ -89,12 +94,17 @@ const std::string replyBody = R"({"n": 1})";
 const std::string gzipped =
     FaultServer::gzip(R"({"n": 1, "text": "a reply long enough to compress"})");
 
+using Failure = CallOutcome::Failure;
+using Reached = CallOutcome::Reached;
+
 struct FaultRow {
     const char* name;
     std::function<Answer()> fault; // the answer to the first request
     Raised raised;
     const char* message; // a stable part of it
     int withinMs;        // an upper bound with slack
+    Failure failure;     // the outcome's kind
+    Reached reached;     // and whether the request may have arrived
     qint64 maxBodyBytes = 0;
 };
 
@@ -124,9 +134,19 @@ TEST_P(TransportFaultTest, RaisesItsExceptionInTimeAndTheNextCallGetsItsOwnReply
 
     const Outcome first = perform(call(shared, server.url("/op"), 1));
 
+    const CallOutcome outcome = lastCallOutcome();
+
     EXPECT_EQ(first.raised, row.raised) << first.message;
     EXPECT_THAT(first.message, HasSubstr(row.message));
     EXPECT_LT(first.took, std::chrono::milliseconds(row.withinMs));
+    EXPECT_EQ(outcome.failure(), row.failure) << CallOutcome::name(outcome.failure()).toStdString();
+    EXPECT_EQ(outcome.reached(), row.reached) << CallOutcome::name(outcome.reached()).toStdString();
+    EXPECT_EQ(outcome.url(), server.url("/op"));
+    if (row.raised == Raised::NetworkError) {
+        // Every failure after the request left says so, in the same words.
+        EXPECT_THAT(first.message, testing::EndsWith("; " + mayHaveReceived)) << first.message;
+        EXPECT_EQ(outcome.httpStatus(), 0);
+    }
     const Outcome next = perform(call(shared, server.url("/op"), 2));
     EXPECT_EQ(next.raised, Raised::Nothing) << next.message;
     EXPECT_EQ(next.reply, echoOf(2));
@@ -136,7 +156,8 @@ INSTANTIATE_TEST_SUITE_P(
     Faults, TransportFaultTest,
     testing::Values(
         FaultRow{"StallBeforeAnyReply", [] { return bytes("", Answer::Then::Stall); },
-                 Raised::NetworkError, "the server may have received it", timeoutMs + 2000},
+                 Raised::NetworkError, "No reply from", timeoutMs + 2000, Failure::NoReply,
+                 Reached::Unknown},
         FaultRow{"DripPastTheTimeout",
                  [] {
                      Answer answer = bytes(FaultServer::reply(200, std::string(200, ' ') + "{}"));
@@ -144,44 +165,54 @@ INSTANTIATE_TEST_SUITE_P(
                      answer.pauseMs = 20;
                      return answer;
                  },
-                 Raised::NetworkError, "Timeout was reached", timeoutMs + 2000},
+                 Raised::NetworkError, "Incomplete reply from", timeoutMs + 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"ResetBeforeAnyReply", [] { return bytes("", Answer::Then::Reset); },
-                 Raised::NetworkError, "the server may have received it", 2000},
+                 Raised::NetworkError, "was lost before the reply", 2000, Failure::ConnectionLost,
+                 Reached::Unknown},
         FaultRow{"CloseBeforeAnyReply", [] { return bytes("", Answer::Then::Close); },
-                 Raised::NetworkError, "the server may have received it", 2000},
+                 Raised::NetworkError, "was lost before the reply: it closed", 2000,
+                 Failure::ConnectionLost, Reached::Unknown},
         FaultRow{"CloseAfterTheStatusLine",
                  [] { return bytes("HTTP/1.1 200 OK\r\n", Answer::Then::Close); },
-                 Raised::NetworkError, "the server may have received it", 2000},
+                 Raised::NetworkError, "Incomplete reply from", 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"BodyCutByClose",
                  [] {
                      return bytes(FaultServer::reply(200, std::string(100, ' ')).substr(0, 90),
                                   Answer::Then::Close);
                  },
-                 Raised::NetworkError, "Incomplete reply from", 2000},
+                 Raised::NetworkError, "Incomplete reply from", 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"BodyCutByReset",
                  [] {
                      return bytes(FaultServer::reply(200, std::string(100, ' ')).substr(0, 90),
                                   Answer::Then::Reset);
                  },
-                 Raised::NetworkError, "Incomplete reply from", 2000},
+                 Raised::NetworkError, "Incomplete reply from", 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"StallInTheBody",
                  [] {
                      return bytes(FaultServer::reply(200, std::string(100, ' ')).substr(0, 90),
                                   Answer::Then::Stall);
                  },
-                 Raised::NetworkError, "Incomplete reply from", timeoutMs + 2000},
+                 Raised::NetworkError, "did not arrive whole within 1000 ms", timeoutMs + 2000,
+                 Failure::ReplyCut, Reached::Yes},
         FaultRow{"BadChunkFraming",
                  [] { return bytes(chunkedReply("zz\r\n{}\r\n0\r\n\r\n"), Answer::Then::Close); },
-                 Raised::NetworkError, "Incomplete reply from", 2000},
+                 Raised::NetworkError, "Incomplete reply from", 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"BodyOverTheLimit",
                  [] { return bytes(FaultServer::reply(200, std::string(4096, ' '))); },
-                 Raised::NetworkError, "exceeds the limit of 1024 bytes", 2000, 1024},
+                 Raised::NetworkError, "exceeds the limit of 1024 bytes", 2000,
+                 Failure::ReplyOverLimit, Reached::Yes, 1024},
         FaultRow{"GzipCutToAMatchingLength",
                  [] {
                      return bytes(FaultServer::reply(200, gzipped.substr(0, gzipped.size() / 2),
                                                      "Content-Encoding: gzip\r\n"));
                  },
-                 Raised::NetworkError, "Incomplete reply from", 2000},
+                 Raised::NetworkError, "Incomplete reply from", 2000, Failure::ReplyCut,
+                 Reached::Yes},
         FaultRow{"GzipCorrupt",
                  [] {
                      std::string corrupt = gzipped;
@@ -189,50 +220,57 @@ INSTANTIATE_TEST_SUITE_P(
                          corrupt[i] = char(0xA5);
                      return bytes(FaultServer::reply(200, corrupt, "Content-Encoding: gzip\r\n"));
                  },
-                 Raised::NetworkError, "Undecodable reply from", 2000},
+                 Raised::NetworkError, "Undecodable reply from", 2000, Failure::ReplyUndecodable,
+                 Reached::Yes},
         FaultRow{"GzipWithGarbageAfterIt",
                  [] {
                      return bytes(FaultServer::reply(200, gzipped + "garbage",
                                                      "Content-Encoding: gzip\r\n"));
                  },
-                 Raised::NetworkError, "Undecodable reply from", 2000},
+                 Raised::NetworkError, "Undecodable reply from", 2000, Failure::ReplyUndecodable,
+                 Reached::Yes},
         FaultRow{"BrotliNotAskedFor",
                  [] {
                      return bytes(
                          FaultServer::reply(200, "\x1b\x07\x00\xf8", "Content-Encoding: br\r\n"));
                  },
-                 Raised::NetworkError, "Undecodable reply from", 2000},
+                 Raised::NetworkError, "Undecodable reply from", 2000, Failure::ReplyUndecodable,
+                 Reached::Yes},
         FaultRow{
             "UnknownEncoding",
             [] { return bytes(FaultServer::reply(200, replyBody, "Content-Encoding: x-foo\r\n")); },
-            Raised::NetworkError, "the content encoding \"x-foo\" is not supported", 2000},
+            Raised::NetworkError, "the content encoding \"x-foo\" is not supported", 2000,
+            Failure::ReplyUndecodable, Reached::Yes},
         FaultRow{"TwoDifferentContentLengths",
                  [] {
                      return bytes(
                          "HTTP/1.1 200 OK\r\nContent-Length: 8\r\nContent-Length: 9\r\n\r\n" +
                          replyBody + " ");
                  },
-                 Raised::NetworkError, "Malformed reply from", 2000},
+                 Raised::NetworkError, "Malformed reply from", 2000, Failure::ReplyUndecodable,
+                 Reached::Yes},
         FaultRow{"ContentLengthWithChunked",
                  [] {
                      return bytes("HTTP/1.1 200 OK\r\nContent-Length: 8\r\n"
                                   "Transfer-Encoding: chunked\r\n\r\n8\r\n" +
                                   replyBody + "\r\n0\r\n\r\n");
                  },
-                 Raised::NetworkError, "Malformed reply from", 2000},
+                 Raised::NetworkError, "Malformed reply from", 2000, Failure::ReplyUndecodable,
+                 Reached::Yes},
         FaultRow{
             "ContentLengthNotANumber",
             [] { return bytes("HTTP/1.1 200 OK\r\nContent-Length: eight\r\n\r\n" + replyBody); },
-            Raised::NetworkError, "Malformed reply from", 2000},
+            Raised::NetworkError, "Malformed reply from", 2000, Failure::ReplyUndecodable,
+            Reached::Yes},
         FaultRow{"ServiceError",
                  [] {
                      return bytes(
                          FaultServer::reply(500, R"({"code": 17, "userMsg": "Card blocked"})"));
                  },
-                 Raised::ServiceError, "Card blocked", 2000},
+                 Raised::ServiceError, "Card blocked", 2000, Failure::ServiceError, Reached::Yes},
         FaultRow{"HtmlErrorPage",
                  [] { return bytes(FaultServer::reply(502, "<html>Bad Gateway</html>")); },
-                 Raised::ServiceError, "", 2000}),
+                 Raised::ServiceError, "", 2000, Failure::ServiceError, Reached::Yes}),
     [](const testing::TestParamInfo<FaultRow>& info) { return std::string(info.param.name); });
 
 TEST(TransportFaults, RefusedConnectionIsANetworkErrorAndNothingWasSent) {
@@ -241,11 +279,67 @@ TEST(TransportFaults, RefusedConnectionIsANetworkErrorAndNothingWasSent) {
     const QString url = QStringLiteral("http://127.0.0.1:%1/op").arg(test::closedPort());
 
     const Outcome outcome = perform(call(shared, url, 1));
+    const CallOutcome fate = lastCallOutcome();
 
     EXPECT_EQ(outcome.raised, Raised::NetworkError);
-    EXPECT_THAT(outcome.message, HasSubstr("Cannot reach " + url.toStdString()));
-    EXPECT_THAT(outcome.message, testing::Not(HasSubstr(mayHaveReceived)));
+    EXPECT_EQ(outcome.message, "Connection refused by " + url.toStdString() + "; nothing was sent");
     EXPECT_LT(outcome.took, std::chrono::seconds(2));
+    EXPECT_EQ(fate.failure(), Failure::Refused);
+    EXPECT_EQ(fate.reached(), Reached::No);
+    EXPECT_EQ(fate.httpStatus(), 0);
+}
+
+TEST(TransportFaults, TlsRefusedBeforeTheRequestIsANetworkErrorAndNothingWasSent) {
+    test::ConfigScope config;
+    // A server that answers whatever connects with plain HTTP at once: the
+    // TLS hello gets no TLS answer.
+    int port = 0;
+    const int listener = test::boundLoopbackSocket(&port, "the plain server");
+    ASSERT_EQ(::listen(listener, 1), 0);
+    std::thread plain([listener] {
+        const int connection = ::accept(listener, nullptr, nullptr);
+        if (connection < 0)
+            return;
+        const char answer[] = "HTTP/1.1 400 Bad Request\r\nContent-Length: 0\r\n\r\n";
+        ::send(connection, answer, sizeof answer - 1, MSG_NOSIGNAL);
+        ::shutdown(connection, SHUT_WR);
+        char ignored[512];
+        while (::recv(connection, ignored, sizeof ignored, 0) > 0) {
+        }
+        ::close(connection);
+    });
+    const QString url = QStringLiteral("https://127.0.0.1:%1/op").arg(port);
+
+    const Outcome outcome = perform(call(client(), url, 1));
+    const CallOutcome fate = lastCallOutcome();
+    plain.join();
+    ::close(listener);
+
+    EXPECT_EQ(outcome.raised, Raised::NetworkError);
+    EXPECT_THAT(outcome.message,
+                testing::StartsWith("TLS with " + url.toStdString() + " failed: "));
+    EXPECT_THAT(outcome.message, testing::EndsWith("; nothing was sent"));
+    EXPECT_LT(outcome.took, std::chrono::seconds(2));
+    EXPECT_EQ(fate.failure(), Failure::TlsFailed);
+    EXPECT_EQ(fate.reached(), Reached::No);
+}
+
+TEST(TransportFaults, A200WhoseBodyIsNotAnObjectIsNoFailureButItsOutcomeSaysSo) {
+    test::ConfigScope config;
+    FaultServer server([](const FaultServer::Request&) {
+        return bytes(FaultServer::reply(200, "<html>Maintenance</html>"));
+    });
+
+    const Outcome outcome = perform(call(client(), server.url("/op"), 1));
+    const CallOutcome fate = lastCallOutcome();
+
+    EXPECT_EQ(outcome.raised, Raised::Nothing);
+    EXPECT_EQ(outcome.reply, QVariant(QVariantMap()));
+    EXPECT_EQ(fate.failure(), Failure::NotAnObject);
+    EXPECT_EQ(fate.reached(), Reached::Yes);
+    EXPECT_EQ(fate.httpStatus(), 200);
+    EXPECT_EQ(fate.bytesReceived(), 24);
+    EXPECT_EQ(fate.bytesSent(), 7); // {"n":1}
 }
 
 TEST(TransportFaults, IdenticalContentLengthsAreAccepted) {

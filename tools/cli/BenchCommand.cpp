@@ -36,19 +36,8 @@ struct Tally {
 
     void add(const BenchCall& call) {
         microseconds.push_back(call.microseconds);
-        switch (call.outcome) {
-        case BenchCall::Outcome::Done:
-            return;
-        case BenchCall::Outcome::ServiceError:
-            ++failures[QStringLiteral("service error %1").arg(call.code)];
-            return;
-        case BenchCall::Outcome::Network:
-            ++failures[QStringLiteral("network")];
-            return;
-        case BenchCall::Outcome::Content:
-            ++failures[QStringLiteral("content")];
-            return;
-        }
+        if (call.failed())
+            ++failures[call.kind()];
     }
     void merge(const Tally& other) {
         microseconds.insert(microseconds.end(), other.microseconds.begin(),
@@ -129,7 +118,7 @@ int benchCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QT
             const BenchRecorder record = [&](const BenchCall& call) {
                 tally.add(call);
                 ++callsDone;
-                if (call.outcome != BenchCall::Outcome::Done)
+                if (call.failed())
                     ++failed;
             };
             while (Clock::now() < deadline) {
@@ -137,7 +126,7 @@ int benchCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QT
                 if (run.count > 0 && index >= run.count)
                     break;
                 if (run.operation) {
-                    record(timeCall(*client, [&] { run.operation->perform(run.request, client); }));
+                    record(timeCall([&] { run.operation->perform(run.request, client); }));
                 } else {
                     const QString cheque =
                         QStringLiteral("B-%1-%2-%3").arg(runId).arg(w).arg(index);

@@ -92,9 +92,9 @@ private:
     std::optional<Response> perform(PreparedRequest<Response> call) {
         call.client = client_;
         std::optional<Response> reply;
-        const BenchCall timed = timeCall(*client_, [&] { reply = call.response(); });
+        const BenchCall timed = timeCall([&] { reply = call.response(); });
         record_(timed);
-        if (timed.outcome != BenchCall::Outcome::Done) {
+        if (timed.failed()) {
             ok_ = false;
             return std::nullopt;
         }
@@ -245,22 +245,25 @@ private:
 
 } // namespace
 
-BenchCall timeCall(const RecordingClient& client, const std::function<void()>& call) {
+QString BenchCall::kind() const {
+    const QString name = CallOutcome::name(failure).section(QLatin1String("::"), 1);
+    return failure == CallOutcome::Failure::ServiceError
+               ? name + QLatin1Char(' ') + QString::number(code)
+               : name;
+}
+
+BenchCall timeCall(const std::function<void()>& call) {
     BenchCall timed;
     const auto started = std::chrono::steady_clock::now();
     try {
         call();
-    } catch (const NetworkException&) {
-        timed.outcome = client.last().failure == http::Response::Failure::Content
-                            ? BenchCall::Outcome::Content
-                            : BenchCall::Outcome::Network;
     } catch (const Exception& e) {
-        timed.outcome = BenchCall::Outcome::ServiceError;
         timed.code = e.code();
     }
     timed.microseconds = std::chrono::duration_cast<std::chrono::microseconds>(
                              std::chrono::steady_clock::now() - started)
                              .count();
+    timed.failure = lastCallOutcome().failure(); // this thread's call, just made
     return timed;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vesk/CallOutcome.h>
+
 #include "RecordingClient.h"
 
 #include <QSharedPointer>
@@ -11,10 +13,15 @@ namespace vesk::cli {
 
 // How one call of a load run went.
 struct BenchCall {
-    enum class Outcome { Done, ServiceError, Network, Content };
-    Outcome outcome = Outcome::Done;
+    // How the call ended, as its outcome says; a 200 whose body is no JSON
+    // object counts as a failure here, though the library takes it.
+    CallOutcome::Failure failure = CallOutcome::Failure::None;
     int code = 0; // of a service error
     qint64 microseconds = 0;
+
+    bool failed() const { return failure != CallOutcome::Failure::None; }
+    // "ServiceError 42", "NoReply", "NotAnObject": how a report counts it.
+    QString kind() const;
 };
 
 // Takes each call's BenchCall as it ends.
@@ -31,7 +38,7 @@ bool runWholeSaleCalls(const QSharedPointer<RecordingClient>& client, const QStr
                        const BenchRecorder& record);
 
 // Times `call` (which throws what the library throws) as one BenchCall,
-// telling a content failure from a network one by `client`'s last reply.
-BenchCall timeCall(const RecordingClient& client, const std::function<void()>& call);
+// of the kind that the outcome of the call it performed last says.
+BenchCall timeCall(const std::function<void()>& call);
 
 } // namespace vesk::cli

@@ -69,6 +69,11 @@ const QList<OptionDefinition>& callOptions() {
          QStringLiteral("refuse a request with keys that name no member or\n"
                         "values that do not fit their member (exit 64,\n"
                         "nothing sent), instead of warning")},
+        {{QStringLiteral("lenient")},
+         QString(),
+         QStringLiteral("take a 200 reply whose body is not a JSON object as\n"
+                        "the library does (an empty response) instead of\n"
+                        "failing with exit 4")},
         {{QStringLiteral("timeout")},
          QStringLiteral("MS"),
          QStringLiteral("the whole exchange may take this long (default:\n"
@@ -142,7 +147,8 @@ struct CommandDefinition {
 
 const QString exitStatus =
     QStringLiteral("Exit status: 0 done; 2 the service refused the call; 3 no reply from the\n"
-                   "service (network); 64 wrong usage or input; 1 anything else.\n");
+                   "service (network); 4 a 200 reply that is not a JSON object; 64 wrong\n"
+                   "usage or input; 1 anything else.\n");
 
 const QList<CommandDefinition>& commands() {
     static const QList<CommandDefinition> definitions = {
@@ -163,7 +169,9 @@ const QList<CommandDefinition>& commands() {
              "integer, an object for a list...) are reported with their JSON path: as\n"
              "warnings, or with --strict as errors, and then nothing is sent. The\n"
              "response keeps the record's order of members. A refused call shows the\n"
-             "service's code and message, the HTTP status and the start of the body.\n"
+             "HTTP status, the service's code and message and the start of the body. A\n"
+             "200 reply whose body is not a JSON object (HTML, empty, an array) is an\n"
+             "error, exit 4, unless --lenient: the library reads it as an empty response.\n"
              "`vesk ops` lists the operations, `vesk record NAME` the members of a record.\n"),
          OwnOptions::call},
         {QStringLiteral("ops"), QString(), 0, 0,
@@ -199,7 +207,8 @@ const QList<CommandDefinition>& commands() {
              "for --duration seconds or --count calls (sales). A live progress line goes\n"
              "to a terminal's standard error. At the end: calls and sales per second,\n"
              "latency percentiles of the calls (p50, p90, p99, max) and failures by kind\n"
-             "(service error CODE, network, content); --json prints the same as JSON.\n"
+             "(ServiceError CODE, NotAnObject for a 200 that is no JSON object, NoReply,\n"
+             "ConnectionLost, ReplyCut, Refused, ...); --json prints the same as JSON.\n"
              "Only the configured or --url addresses are called. Exit status 1 when any\n"
              "call failed.\n"),
          OwnOptions::bench},
@@ -404,6 +413,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     }
     if (definition->own == OwnOptions::call) {
         line.strict = second.isSet(QStringLiteral("strict"));
+        line.lenient = second.isSet(QStringLiteral("lenient"));
         for (const auto& [name, target] :
              {std::pair{QStringLiteral("timeout"), &line.timeoutMs},
               std::pair{QStringLiteral("connect-timeout"), &line.connectTimeoutMs}}) {

@@ -26,6 +26,7 @@ struct CommandLine {
 
     // Options of `call`.
     bool strict = false;      // --strict: refuse a request with problems
+    bool lenient = false;     // --lenient: a 200 that is no JSON object is an empty response
     int timeoutMs = 0;        // --timeout MS; 0 when not given
     int connectTimeoutMs = 0; // --connect-timeout MS; 0 when not given
     QString caFile;           // --cacert FILE; empty when not given

@@ -11,6 +11,7 @@
 
 #include <demo/WholeSale.h>
 
+#include <vesk/CallOutcome.h>
 #include <vesk/Exception.h>
 #include <vesk/NetworkException.h>
 
@@ -121,21 +122,28 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
     // Its exchanges are logged where the service's own client logs them.
     client->setLogger(
         Log4Qt::LogManager::logger(QString::fromLatin1(operation->client->loggerName)));
+    const auto bodyStart = [](const QByteArray& body) {
+        return body.isEmpty() ? QStringLiteral("(empty)") : masking::excerpt(body, 200);
+    };
     try {
         const QVariant response = operation->perform(request, client);
+        const CallOutcome outcome = lastCallOutcome();
+        if (outcome.failure() == CallOutcome::Failure::NotAnObject && !line.lenient) {
+            // The library reads it as an empty object; a person must see it.
+            err << "vesk: the reply is not a JSON object: HTTP " << outcome.httpStatus()
+                << ", body: " << bodyStart(client->last().body)
+                << "\n  (--lenient takes it as the library does: an empty response)\n";
+            return exitCode::notAnObject;
+        }
         out << orderedJson(response.toMap(), *operation->response);
         return exitCode::success;
     } catch (const NetworkException& e) {
         err << "network error: " << e.message().text() << '\n';
         return exitCode::networkError;
     } catch (const Exception& e) {
-        err << "service error " << e.code() << ": " << e.message().text() << '\n';
         const http::Response reply = client->last();
-        if (reply.statusCode != 0)
-            err << "  HTTP " << reply.statusCode << ", body: "
-                << (reply.body.isEmpty() ? QStringLiteral("(empty)")
-                                         : masking::excerpt(reply.body, 200))
-                << '\n';
+        err << "service error: HTTP " << reply.statusCode << ", code " << e.code() << ": "
+            << e.message().text() << "\n  body: " << bodyStart(reply.body) << '\n';
         return exitCode::serviceError;
     }
 }

@@ -37,6 +37,8 @@ QString emulatorUsage() {
         "                      itemInfo:error=500,code=7,msg=Out of stock;times=2\n"
         "                      FAULT: error=STATUS[,code=N][,msg=TEXT] | delay=MS | hang[=MS]\n"
         "                             | notjson | truncate | oversize[=BYTES] | reset\n"
+        "                      hang, truncate and reset take \",after\": the operation is\n"
+        "                      done first, then its reply breaks (reset,after)\n"
         "                      WHEN:  times=N | fraction=F[,seed=S] | always (the default)\n"
         "                      OPERATION \"*\" hits every operation; repeat for more rules.\n"
         "                      At run time: /_emulator/faults, /_emulator/reset and\n"

@@ -6,6 +6,7 @@
 #include "HttpFront.h"
 #include "Log.h"
 #include "LoyaltyService.h"
+#include "RepeatGuard.h"
 #include "SalesService.h"
 #include "SeedData.h"
 #include "Store.h"
@@ -22,6 +23,7 @@ struct Emulator::Running {
     std::unique_ptr<SalesService> sales;
     std::unique_ptr<DiscountService> discount;
     std::unique_ptr<LoyaltyService> loyalty;
+    std::unique_ptr<RepeatGuard> repeats;
     std::unique_ptr<AdminApi> admin;
     std::unique_ptr<HttpFront> front;
     QElapsedTimer uptime;
@@ -88,6 +90,7 @@ bool Emulator::start(QString* error) {
     running_->sales = std::make_unique<SalesService>(store, running_->seed);
     running_->discount = std::make_unique<DiscountService>(store, running_->seed);
     running_->loyalty = std::make_unique<LoyaltyService>(store, running_->seed);
+    running_->repeats = std::make_unique<RepeatGuard>(store);
     faults_->clear();
     for (const FaultRule& rule : options_.faults)
         faults_->add(rule);
@@ -101,7 +104,7 @@ bool Emulator::start(QString* error) {
         [this](QString* error) { return reset(error); });
     running_->front =
         std::make_unique<HttpFront>(*running_->sales, *running_->discount, *running_->loyalty,
-                                    faults_.get(), running_->admin.get());
+                                    faults_.get(), running_->admin.get(), running_->repeats.get());
     running_->uptime.start();
     if (!running_->front->start(options_.host, options_.port, &why))
         return fail(why);

@@ -145,18 +145,23 @@ const KindName kindNames[] = {
     {Fault::Kind::Reset, "reset"},
 };
 
-// The parameters after the first item of a part: each once, only the allowed ones.
+// The parameters after the first item of a part: each once, only the allowed
+// ones; `flags` are allowed too and take no value.
 void readParameters(const QString& owner, const QStringList& items, const QStringList& allowed,
-                    const std::function<void(const Item&)>& take) {
+                    const std::function<void(const Item&)>& take,
+                    const QStringList& flags = QStringList()) {
     QStringList seen;
     for (qsizetype i = 1; i < items.size(); ++i) {
         const Item parameter = item(items.at(i));
-        if (!allowed.contains(parameter.key))
+        const bool flag = flags.contains(parameter.key);
+        if (!flag && !allowed.contains(parameter.key))
             fail(QStringLiteral("%1 does not take \"%2\"").arg(owner, parameter.key));
         if (seen.contains(parameter.key))
             fail(QStringLiteral("\"%1\" is given twice").arg(parameter.key));
         seen << parameter.key;
-        if (!parameter.hasValue)
+        if (flag && parameter.hasValue)
+            fail(QStringLiteral("%1 takes no value").arg(parameter.key));
+        if (!flag && !parameter.hasValue)
             fail(QStringLiteral("%1 needs a value: %1=%2")
                      .arg(parameter.key,
                           parameter.key == QLatin1String("msg")    ? QStringLiteral("TEXT")
@@ -189,6 +194,7 @@ Fault readFault(const QString& text) {
             fail(QStringLiteral("%1 takes no value").arg(head.key));
     };
     QStringList allowed;
+    QStringList flags;
     switch (fault.kind) {
     case Fault::Kind::Error:
         needsValue("error=STATUS");
@@ -204,24 +210,33 @@ Fault readFault(const QString& text) {
     case Fault::Kind::Hang:
         fault.ms =
             head.hasValue ? int(wholeNumber(head.key, head.value, 1, maxHangMs)) : defaultHangMs;
+        flags << QStringLiteral("after");
         break;
     case Fault::Kind::Oversize:
         fault.bytes = head.hasValue ? size(head.key, head.value) : defaultOversize;
         break;
-    case Fault::Kind::NotJson:
     case Fault::Kind::Truncate:
     case Fault::Kind::Reset:
+        flags << QStringLiteral("after");
+        noValue();
+        break;
+    case Fault::Kind::NotJson:
         noValue();
         break;
     }
-    readParameters(head.key, items, allowed, [&](const Item& parameter) {
-        if (parameter.key == QLatin1String("code"))
-            fault.code =
-                int(wholeNumber(parameter.key, parameter.value, std::numeric_limits<int>::min(),
-                                std::numeric_limits<int>::max()));
-        else
-            fault.userMsg = parameter.value;
-    });
+    readParameters(
+        head.key, items, allowed,
+        [&](const Item& parameter) {
+            if (parameter.key == QLatin1String("after"))
+                fault.after = true;
+            else if (parameter.key == QLatin1String("code"))
+                fault.code =
+                    int(wholeNumber(parameter.key, parameter.value, std::numeric_limits<int>::min(),
+                                    std::numeric_limits<int>::max()));
+            else
+                fault.userMsg = parameter.value;
+        },
+        flags);
     return fault;
 }
 
@@ -298,8 +313,8 @@ FaultRule ruleFromJson(const QJsonObject& object) {
             fail(QStringLiteral("\"spec\" must be a string and the only member"));
         return readRule(object.value(QLatin1String("spec")).toString());
     }
-    static const QStringList known{"operation", "fault", "status", "code",     "msg",
-                                   "ms",        "bytes", "times",  "fraction", "seed"};
+    static const QStringList known{"operation", "fault", "status", "code",     "msg", "ms",
+                                   "bytes",     "after", "times",  "fraction", "seed"};
     for (auto it = object.begin(); it != object.end(); ++it)
         if (!known.contains(it.key()))
             fail(QStringLiteral("unknown member \"%1\"").arg(it.key()));
@@ -328,6 +343,11 @@ FaultRule ruleFromJson(const QJsonObject& object) {
     for (const char* key : {"code", "msg"})
         if (const std::optional<QString> value = memberText(object, key))
             spec += QStringLiteral(",%1=%2").arg(QLatin1String(key), escape(*value));
+    const QJsonValue after = object.value(QLatin1String("after"));
+    if (!after.isUndefined() && !after.isBool())
+        fail(QStringLiteral("\"after\" must be true or false"));
+    if (after.toBool())
+        spec += QStringLiteral(",after");
 
     const std::optional<QString> times = memberText(object, "times");
     const std::optional<QString> share = memberText(object, "fraction");
@@ -349,7 +369,8 @@ FaultRule ruleFromJson(const QJsonObject& object) {
 
 bool Fault::operator==(const Fault& other) const {
     return kind == other.kind && status == other.status && code == other.code &&
-           userMsg == other.userMsg && ms == other.ms && bytes == other.bytes;
+           userMsg == other.userMsg && ms == other.ms && bytes == other.bytes &&
+           after == other.after;
 }
 
 bool FaultRule::operator==(const FaultRule& other) const {
@@ -362,6 +383,10 @@ QString faultKindName(Fault::Kind kind) {
         if (entry.kind == kind)
             return QString::fromLatin1(entry.name);
     return QString();
+}
+
+QString faultName(const Fault& fault) {
+    return faultKindName(fault.kind) + (fault.after ? QStringLiteral(",after") : QString());
 }
 
 const QStringList& operationNames() {
@@ -402,11 +427,13 @@ std::optional<FaultRule> parseFaultSpec(const QString& spec, QString* error) {
 
 namespace {
 
-// One parameter of a rule, as its text and its JSON form give it.
+// One parameter of a rule, as its text and its JSON form give it. A flag
+// is written as its key alone ("after") and is true in JSON.
 struct Parameter {
     QString key;
     QString text;
     QJsonValue json;
+    bool flag = false;
 };
 
 // The fault's parameters, the first being the one its name takes ("error=500").
@@ -414,18 +441,23 @@ QList<Parameter> faultParameters(const Fault& f) {
     const auto number = [](const char* key, qint64 value) {
         return Parameter{QLatin1String(key), QString::number(value), QJsonValue(value)};
     };
+    QList<Parameter> after;
+    if (f.after)
+        after << Parameter{QStringLiteral("after"), QString(), true, true};
     switch (f.kind) {
     case Fault::Kind::Error:
         return {number("status", f.status), number("code", f.code),
                 Parameter{QStringLiteral("msg"), escape(f.userMsg), f.userMsg}};
     case Fault::Kind::Delay:
-    case Fault::Kind::Hang:
         return {number("ms", f.ms)};
+    case Fault::Kind::Hang:
+        return QList<Parameter>{number("ms", f.ms)} + after;
     case Fault::Kind::Oversize:
         return {number("bytes", f.bytes)};
-    case Fault::Kind::NotJson:
     case Fault::Kind::Truncate:
     case Fault::Kind::Reset:
+        return after;
+    case Fault::Kind::NotJson:
         break;
     }
     return {};
@@ -448,10 +480,14 @@ QList<Parameter> whenParameters(const FaultRule& rule) {
 QString faultSpec(const FaultRule& rule) {
     QString text = rule.operation + QLatin1Char(':') + faultKindName(rule.fault.kind);
     const QList<Parameter> fault = faultParameters(rule.fault);
-    for (qsizetype i = 0; i < fault.size(); ++i)
-        text +=
-            (i == 0 ? QStringLiteral("=") : QLatin1Char(',') + fault[i].key + QLatin1Char('=')) +
-            fault[i].text;
+    for (qsizetype i = 0; i < fault.size(); ++i) {
+        if (fault[i].flag)
+            text += QLatin1Char(',') + fault[i].key;
+        else if (i == 0)
+            text += QLatin1Char('=') + fault[i].text;
+        else
+            text += QLatin1Char(',') + fault[i].key + QLatin1Char('=') + fault[i].text;
+    }
     const QList<Parameter> when = whenParameters(rule);
     for (qsizetype i = 0; i < when.size(); ++i)
         text += (i == 0 ? QLatin1Char(';') : QLatin1Char(',')) + when[i].key + QLatin1Char('=') +

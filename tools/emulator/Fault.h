@@ -26,6 +26,10 @@ struct Fault {
     QString userMsg;
     int ms = 0;       // Delay, Hang
     qint64 bytes = 0; // Oversize
+    // Hang, Reset, Truncate: the operation is done first and its reply is
+    // what breaks, so that a till can rehearse a call whose fate it cannot
+    // know. A truncated reply is the operation's own either way.
+    bool after = false;
 
     bool operator==(const Fault& other) const;
 };
@@ -49,14 +53,17 @@ struct FaultRule {
 
 // "error", "delay", "hang", "notjson", "truncate", "oversize" or "reset".
 QString faultKindName(Fault::Kind kind);
+// The kind's name, with ",after" for a fault played after the operation: "reset,after".
+QString faultName(const Fault& fault);
 
 // The names of the sixteen operations, as in their paths.
 const QStringList& operationNames();
 
 // A rule from its text:
 //   SPEC  = OPERATION ":" FAULT [";" WHEN]
-//   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS | "hang" ["=" MS]
-//         | "notjson" | "truncate" | "oversize" ["=" BYTES] | "reset"
+//   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS
+//         | "hang" ["=" MS] [",after"] | "notjson" | "truncate" [",after"]
+//         | "oversize" ["=" BYTES] | "reset" [",after"]
 //   WHEN  = "times=" N | "fraction=" F ["," "seed=" S] | "always"
 // e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2". A backslash
 // takes the next character as it is ("\," "\;" "\\"). nullopt, with what is
@@ -69,7 +76,8 @@ QString faultSpec(const FaultRule& rule);
 // The admin API's form of a rule, either {"spec": SPEC} or its members:
 //   {"operation": "itemInfo", "fault": "error", "status": 500, "code": 7,
 //    "msg": "Out of stock", "times": 2}
-// ("ms" for delay and hang, "bytes" for oversize, "fraction" and "seed").
+// ("ms" for delay and hang, "bytes" for oversize, "after": true for a fault
+// played after the operation, "fraction" and "seed").
 // Checked as parseFaultSpec() checks the text.
 std::optional<FaultRule> faultRuleFromJson(const QJsonObject& object, QString* error);
 QJsonObject faultRuleToJson(const FaultRule& rule); // the members' form, with "spec"

@@ -27,6 +27,17 @@ int codeOf(const HttpFront::Answer& answer) {
     return answer.status == 200 ? 0 : answer.object.value(QStringLiteral("code")).toInt();
 }
 
+// What the operation answered, for the log, when the client is not to see it:
+// "operation=200", "operation=409 code=3006".
+QString withheld(const HttpFront::Answer& answer) {
+    QString note = QStringLiteral("operation=%1").arg(answer.status);
+    if (answer.status != 200)
+        note += QStringLiteral(" code=%1").arg(codeOf(answer));
+    if (!answer.note.isEmpty())
+        note += QLatin1Char(' ') + answer.note;
+    return note;
+}
+
 const char* reasonPhrase(int status) {
     switch (status) {
     case 200:
@@ -83,9 +94,12 @@ FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Req
         ServedConnection served = connection();
         if (!served.isValid())
             return cannotPlay(response, "hang");
+        Played played;
+        if (fault.after)
+            played.note = withheld(perform());
         served.waitIdle(fault.ms, stop_);
         served.close();
-        return Played{};
+        return played;
     }
     case Fault::Kind::NotJson:
         response.status = 200;
@@ -107,7 +121,8 @@ FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Req
                 .toLatin1();
         served.send(head + half);
         served.close();
-        return {false, answer.status, codeOf(answer), half};
+        // No reply went out whole: the log shows "-" and what the operation answered.
+        return {false, 0, 0, half, withheld(answer)};
     }
     case Fault::Kind::Oversize: {
         const HttpFront::Answer answer = perform();
@@ -117,14 +132,18 @@ FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Req
             body.append(QByteArray(fault.bytes - body.size(), ' '));
         response.status = answer.status;
         response.set_content(body.toStdString(), jsonType);
-        return {false, answer.status, codeOf(answer), body};
+        return {false, answer.status, codeOf(answer), body, answer.note};
     }
     case Fault::Kind::Reset: {
         ServedConnection served = connection();
         if (!served.isValid())
             return cannotPlay(response, "reset the connection");
+        Played played;
+        // The operation commits before the reset: the client cannot tell that it did.
+        if (fault.after)
+            played.note = withheld(perform());
         served.reset();
-        return Played{};
+        return played;
     }
     }
     return Played::asUsual();

@@ -28,6 +28,7 @@ public:
         int status = 0;            // 0: no reply, or none whole
         int code = 0;              // the "code" of an error reply
         QByteArray body;           // the body sent, whole or in part
+        QString note = QString();  // for the log line: what a withheld reply was
 
         static Played asUsual() {
             Played played;
@@ -36,7 +37,8 @@ public:
         }
     };
 
-    // `perform` carries the operation out, for the faults whose reply is the operation's own.
+    // `perform` carries the operation out, for the faults whose reply is the
+    // operation's own and for those played after it (Fault::after).
     Played play(const Fault& fault, const httplib::Request& request, httplib::Response& response,
                 const std::function<HttpFront::Answer()>& perform) const;
 

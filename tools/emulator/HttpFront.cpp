@@ -6,6 +6,7 @@
 #include "FaultInjector.h"
 #include "FaultRules.h"
 #include "LoyaltyService.h"
+#include "RepeatGuard.h"
 #include "RequestLog.h"
 #include "SalesService.h"
 #include "ServiceError.h"
@@ -78,12 +79,13 @@ QString methodAndPath(const httplib::Request& request) {
     return QString::fromStdString(request.method + ' ' + request.path);
 }
 
-// One operation: the body as the service's request record, its reply as a variant map.
+// One operation: the body as the service's request record, its reply as the answer's object.
 template <class Service, class Request, class Response>
-std::function<QVariant(const QVariant&)> operation(Service& service,
-                                                   Response (Service::*method)(const Request&)) {
+HttpFront::Operation operation(Service& service, Response (Service::*method)(const Request&)) {
     return [&service, method](const QVariant& body) {
-        return serder::serialize((service.*method)(serder::deserialize<Request>(body)));
+        const QVariant reply =
+            serder::serialize((service.*method)(serder::deserialize<Request>(body)));
+        return HttpFront::Answer{200, QJsonObject::fromVariantMap(reply.toMap())};
     };
 }
 
@@ -100,25 +102,43 @@ QString HttpFront::servicePath(const QString& service) {
 }
 
 HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
-                     FaultRules* faults, const AdminApi* admin)
+                     FaultRules* faults, const AdminApi* admin, RepeatGuard* repeats)
     : faults_(faults)
     , admin_(admin)
     , stop_(std::make_unique<StopSignal>())
     , injector_(std::make_unique<FaultInjector>(*stop_)) {
-    addRoutes(sales, discount, loyalty);
+    addRoutes(sales, discount, loyalty, repeats);
 }
 
 HttpFront::~HttpFront() {
     stop();
 }
 
-void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty) {
+void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
+                          RepeatGuard* repeats) {
     const auto add = [this](const char* base, const char* name, Operation op) {
         operations_.emplace(std::string(base) + name, std::move(op));
     };
+    // The calls that take effect once per cheque, and the one that lets a cheque go.
+    const auto once = [repeats](const char* name, const RepeatGuard::Identification& by,
+                                Operation op) {
+        return repeats ? repeats->once(QLatin1String(name), by, std::move(op)) : op;
+    };
+    const auto releasing = [repeats](const char* guarded, const char* chequeKey, Operation op) {
+        return repeats ? repeats->releasing(QLatin1String(guarded), QLatin1String(chequeKey),
+                                            std::move(op))
+                       : op;
+    };
+    const RepeatGuard::Identification byChequeId{QStringLiteral("chequeId"), QString()};
+    const RepeatGuard::Identification byDataId{QStringLiteral("dataId"), QString()};
+    const RepeatGuard::Identification byDataIdAndGuid{QStringLiteral("dataId"),
+                                                      QStringLiteral("guid")};
+
     add(salesPath, "itemInfo", operation(sales, &SalesService::itemInfo));
-    add(salesPath, "reserveCheque", operation(sales, &SalesService::reserveCheque));
-    add(salesPath, "unreserveCheque", operation(sales, &SalesService::unreserveCheque));
+    add(salesPath, "reserveCheque",
+        once("reserveCheque", byChequeId, operation(sales, &SalesService::reserveCheque)));
+    add(salesPath, "unreserveCheque",
+        releasing("reserveCheque", "chequeId", operation(sales, &SalesService::unreserveCheque)));
 
     add(discPath, "discCalc", operation(discount, &DiscountService::discCalc));
     add(discPath, "discCalcPay", operation(discount, &DiscountService::discCalcPay));
@@ -129,9 +149,11 @@ void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, Loyalt
     add(loyaltyPath, "getCardBalance", operation(loyalty, &LoyaltyService::getCardBalance));
     add(loyaltyPath, "calcBonusAmount", operation(loyalty, &LoyaltyService::calcBonusAmount));
     add(loyaltyPath, "calcAndReserveBonusPay",
-        operation(loyalty, &LoyaltyService::calcAndReserveBonusPay));
+        once("calcAndReserveBonusPay", byDataId,
+             operation(loyalty, &LoyaltyService::calcAndReserveBonusPay)));
     add(loyaltyPath, "checkPin", operation(loyalty, &LoyaltyService::checkPin));
-    add(loyaltyPath, "commitCheque", operation(loyalty, &LoyaltyService::commitCheque));
+    add(loyaltyPath, "commitCheque",
+        once("commitCheque", byDataIdAndGuid, operation(loyalty, &LoyaltyService::commitCheque)));
     add(loyaltyPath, "getParkingInfo", operation(loyalty, &LoyaltyService::getParkingInfo));
     add(loyaltyPath, "cashierAdditionalInfo",
         operation(loyalty, &LoyaltyService::cashierAdditionalInfo));
@@ -161,8 +183,7 @@ HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& b
     if (!document.isObject())
         return error(400, code::badBody, QStringLiteral("The body is JSON but not an object"));
     try {
-        const QVariant reply = op->second(document.object().toVariantMap());
-        return Answer{200, QJsonObject::fromVariantMap(reply.toMap())};
+        return op->second(document.object().toVariantMap());
     } catch (const ServiceError& e) {
         return error(e.status(), e.code(), e.userMsg());
     } catch (const std::exception& e) {
@@ -181,13 +202,13 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
 
     FaultInjector::Played played = FaultInjector::Played::asUsual();
     if (const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt) {
-        record.fault = faultKindName(fault->kind);
+        record.fault = faultName(*fault);
         played = injector_->play(*fault, request, response, [&] { return answer(path, body); });
     }
     if (played.replyAsUsual) {
         const Answer answered = answer(path, body);
         played = {false, answered.status, codeOf(answered),
-                  replyJson(request, response, answered.status, answered.object)};
+                  replyJson(request, response, answered.status, answered.object), answered.note};
     }
     if (played.status == 0 && played.body.isEmpty())
         logNoReply(name);
@@ -195,6 +216,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
         logBody(name, "reply", played.body);
     record.status = played.status;
     record.code = played.code;
+    record.note = played.note;
     record.ms = timer.elapsed();
     ++served_;
     logRequest(record);

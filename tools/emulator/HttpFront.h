@@ -24,6 +24,7 @@ class DiscountService;
 class FaultInjector;
 class FaultRules;
 class LoyaltyService;
+class RepeatGuard;
 class SalesService;
 class StopSignal;
 
@@ -41,17 +42,20 @@ class StopSignal;
 // the emulator itself 500. Bad input never stops the server.
 //
 // With fault rules, each operation's call may misbehave as a rule says
-// (FaultInjector); with an admin API, its routes are served under
-// AdminApi::prefix. Every request is logged in one line (RequestLog.h).
+// (FaultInjector); with a repeat guard, a commitCheque, reserveCheque or
+// calcAndReserveBonusPay sent again is answered as RepeatGuard says; with an
+// admin API, its routes are served under AdminApi::prefix. Every request is
+// logged in one line (RequestLog.h).
 class HttpFront {
 public:
     // The base path of a service ("disc", "loyalty", "sales"), e.g.
     // "/api/axapta/ExchangeData_Sales/"; empty for another name.
     static QString servicePath(const QString& service);
 
-    // `faults` and `admin` may be null; both must outlive the front.
+    // `faults`, `admin` and `repeats` may be null; they must outlive the front.
     HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
-              FaultRules* faults = nullptr, const AdminApi* admin = nullptr);
+              FaultRules* faults = nullptr, const AdminApi* admin = nullptr,
+              RepeatGuard* repeats = nullptr);
     ~HttpFront(); // stops
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
@@ -61,6 +65,7 @@ public:
     struct Answer {
         int status;
         QJsonObject object;
+        QString note = QString(); // for the request's log line: "replayed"
     };
     Answer answer(const std::string& path, const QByteArray& body) const;
 
@@ -72,9 +77,12 @@ public:
     // Requests answered so far, the admin API's not counted.
     qint64 requestsServed() const { return served_.load(); }
 
+    // An operation as the routes call it: the body as a variant map in, the answer out.
+    using Operation = std::function<Answer(const QVariant& body)>;
+
 private:
-    using Operation = std::function<QVariant(const QVariant& body)>;
-    void addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty);
+    void addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
+                   RepeatGuard* repeats);
     void serveOperation(const std::string& path, const QString& name,
                         const httplib::Request& request, httplib::Response& response);
     void serveOther(const httplib::Request& request, httplib::Response& response);

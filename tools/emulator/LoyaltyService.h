@@ -38,7 +38,10 @@ namespace vesk::emulator {
 // else the token's, else the reservation's, and a token that it carries must
 // be the card's. A cheque without a card is recorded and books nothing. It
 // happens once per dataId: the same cheque again is refused (409, 3006),
-// also when two tills race.
+// also when two tills race. (Over HTTP, RepeatGuard answers a commitCheque or
+// a calcAndReserveBonusPay sent again before it gets here: the same body
+// gets the first answer, another body is refused; a commit reaches this rule
+// with another guid for the same dataId.)
 // getCardBalance gives the booked balance.
 //
 // Parking. getParkingInfo validates a seed ticket against a committed cheque

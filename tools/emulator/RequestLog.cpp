@@ -15,6 +15,8 @@ QString requestLine(const RequestRecord& record) {
     line += QStringLiteral(" %1 ms").arg(record.ms);
     if (!record.fault.isEmpty())
         line += QStringLiteral(" fault=") + record.fault;
+    if (!record.note.isEmpty())
+        line += QLatin1Char(' ') + record.note;
     return line;
 }
 

@@ -17,8 +17,10 @@ namespace vesk::emulator {
 //   stock cannot cover takes what there is and says so: existWithoutReservation
 //   true, qtyWithoutReservation the quantity not reserved, and a message.
 //   Reserving a cheque again first gives back what it held: the new lines
-//   replace the old. An unknown barcode refuses the whole cheque (404, 1001);
-//   a quantity that is not more than 0 and at most 1000000, an empty chequeId
+//   replace the old. (Over HTTP, RepeatGuard answers a cheque sent again
+//   before it gets here: the same body gets the first answer, another body
+//   is refused until unreserveCheque lets the cheque go.) An unknown barcode refuses the whole
+//   cheque (404, 1001); a quantity that is not more than 0 and at most 1000000, an empty chequeId
 //   or a line number given twice refuse it too (400, 1000).
 // - unreserveCheque: gives the cheque's goods back to stock; a cheque without
 //   a reservation is refused (404, 1002).

@@ -7,12 +7,13 @@
 namespace vesk::emulator {
 
 // The error codes that the emulator sends in the "code" of an error reply.
-// Each service has its own thousand; 400, 404, 405, 413 and 500 are the
+// Each service has its own thousand; 400, 404, 405, 409, 413 and 500 are the
 // HTTP front's and equal the status that they come with.
 namespace code {
 inline constexpr int badBody = 400;     // the body is not a JSON object
 inline constexpr int unknownPath = 404; // no operation at that path
 inline constexpr int wrongMethod = 405; // an operation's path with another method than POST
+inline constexpr int otherBody = 409;   // a cheque sent again with another body (RepeatGuard)
 inline constexpr int tooLarge = 413;    // a body over the size limit
 inline constexpr int internal = 500;    // the emulator itself failed (its database)
 

@@ -333,6 +333,34 @@ std::optional<Store::CommittedCheque> Store::committedCheque(const QString& data
                            q.value(4).toLongLong()};
 }
 
+// First answers of the calls that take effect once per cheque.
+
+std::optional<Store::AnsweredCall>
+Store::answeredCall(const QString& operation, const QString& chequeId, const QString& guid) {
+    checkOnThread();
+    QSqlQuery q = exec(QStringLiteral("SELECT body_digest, reply FROM answered_calls WHERE "
+                                      "operation = ? AND cheque_id = ? AND guid = ?"),
+                       {text(operation), text(chequeId), text(guid)});
+    if (!q.next())
+        return std::nullopt;
+    return AnsweredCall{operation, chequeId, guid, q.value(0).toString().toLatin1(),
+                        q.value(1).toString().toUtf8()};
+}
+
+void Store::saveAnsweredCall(const AnsweredCall& call) {
+    checkOnThread();
+    exec(QStringLiteral("INSERT OR REPLACE INTO answered_calls (operation, cheque_id, guid, "
+                        "body_digest, reply) VALUES (?, ?, ?, ?, ?)"),
+         {text(call.operation), text(call.chequeId), text(call.guid),
+          QString::fromLatin1(call.bodyDigest), QString::fromUtf8(call.reply)});
+}
+
+void Store::dropAnsweredCalls(const QString& operation, const QString& chequeId) {
+    checkOnThread();
+    exec(QStringLiteral("DELETE FROM answered_calls WHERE operation = ? AND cheque_id = ?"),
+         {text(operation), text(chequeId)});
+}
+
 // Parking.
 
 std::optional<SeedParkingTicket> Store::parkingTicket(const QString& parkingId) {

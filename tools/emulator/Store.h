@@ -27,7 +27,8 @@ public:
 // All state of the emulator, in SQLite through Qt SQL: goods and stock per
 // store section, reservations per cheque, loyalty cards and their balances,
 // identification tokens with their PIN state, bonus reservations, committed
-// cheques, parking tickets and their validations, and the seed's text.
+// cheques, parking tickets and their validations, the first answers of the
+// calls that take effect once per cheque, and the seed's text.
 //
 // Threads: the one connection lives on the store's own DatabaseThread, and
 // every query runs there. A business operation is one call of transaction():
@@ -68,6 +69,15 @@ public:
         Cents writeOff = 0;
         Cents accrual = 0;
         Cents balanceAfter = 0;
+    };
+
+    // A call that takes effect once per cheque, as first answered (RepeatGuard).
+    struct AnsweredCall {
+        QString operation;
+        QString chequeId;
+        QString guid;          // empty when the request has none
+        QByteArray bodyDigest; // of the request's body in canonical form
+        QByteArray reply;      // the reply's JSON object
     };
 
     struct ParkingValidation {
@@ -142,6 +152,12 @@ public:
     // Adds the cheque unless one with its dataId is there already (false then).
     bool addCommittedCheque(const CommittedCheque& cheque);
     std::optional<CommittedCheque> committedCheque(const QString& dataId);
+
+    std::optional<AnsweredCall> answeredCall(const QString& operation, const QString& chequeId,
+                                             const QString& guid);
+    void saveAnsweredCall(const AnsweredCall& call);
+    // Forgets the cheque's calls of `operation`, whatever their guid.
+    void dropAnsweredCalls(const QString& operation, const QString& chequeId);
 
     std::optional<SeedParkingTicket> parkingTicket(const QString& parkingId);
     void saveParkingValidation(const ParkingValidation& validation);

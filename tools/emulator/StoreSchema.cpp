@@ -10,7 +10,11 @@ namespace {
 
 // Raised when the layout of the tables changes; a database of another
 // version is refused rather than misread.
-const char* const schemaVersion = "1";
+const char* const schemaVersion = "2";
+// Version 1 lacked answered_calls and is otherwise the same: the table is
+// made when such a database opens, and its cheques committed before have no
+// first answer to replay.
+const char* const upgradableVersion = "1";
 
 const char* const schema[] = {
     "CREATE TABLE IF NOT EXISTS meta (key TEXT PRIMARY KEY, value TEXT NOT NULL)",
@@ -46,6 +50,9 @@ const char* const schema[] = {
     "CREATE TABLE IF NOT EXISTS parking_validations (parking_id TEXT PRIMARY KEY, "
     "data_id TEXT NOT NULL, free_hours INTEGER NOT NULL, total_cents INTEGER NOT NULL, "
     "disc_cents INTEGER NOT NULL, pay_cents INTEGER NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS answered_calls (operation TEXT NOT NULL, "
+    "cheque_id TEXT NOT NULL, guid TEXT NOT NULL, body_digest TEXT NOT NULL, "
+    "reply TEXT NOT NULL, PRIMARY KEY (operation, cheque_id, guid))",
 };
 
 } // namespace
@@ -57,7 +64,7 @@ void Store::createSchema() {
         exec(QStringLiteral("SELECT value FROM meta WHERE key = 'schema'"), QVariantList());
     if (version.next()) {
         const QString found = version.value(0).toString();
-        if (found != QLatin1String(schemaVersion))
+        if (found != QLatin1String(schemaVersion) && found != QLatin1String(upgradableVersion))
             throw StoreError(QStringLiteral("it holds the tables of schema %1, not %2")
                                  .arg(found, QLatin1String(schemaVersion))
                                  .toStdString());
