@@ -4,6 +4,7 @@
 // store holds, and what the call's repeat gets: the first answer, with the
 // effect still applied once; the same cheque with another body is refused.
 
+#include "HeldEmulator.h"
 #include "HttpHelpers.h"
 #include "StoreFixture.h"
 
@@ -58,21 +59,9 @@ QJsonObject at(const QJsonValue& list, qsizetype index) {
     return list.toArray().at(index).toObject();
 }
 
-// An emulator whose state is in a database file, which the test reads through
-// a store of its own: what the back office holds, whatever the till was told.
-class BrokenReplyRehearsal : public testing::TestWithParam<BrokenReply> {
+class BrokenReplyRehearsal : public HeldEmulatorTest,
+                             public testing::WithParamInterface<BrokenReply> {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(dir.isValid());
-        Options options;
-        options.port = 0;
-        options.databaseFile = dir.filePath(QStringLiteral("state.db"));
-        emulator = std::make_unique<Emulator>(options);
-        QString error;
-        ASSERT_TRUE(emulator->start(&error)) << error.toStdString();
-        ASSERT_TRUE(held.open(options.databaseFile, &error)) << error.toStdString();
-    }
-
     // Breaks the next reply of `operation` after the operation is done.
     void breakNextReply(const char* operation) {
         const std::string spec = std::string(operation) + ':' + GetParam().fault + ";times=1";
@@ -135,26 +124,11 @@ protected:
             << log.all();
     }
 
-    template <class Read>
-    auto read(Read query) {
-        return held.transaction(query);
-    }
-    Cents balance(const QString& card) {
-        return read([&] { return held.card(card)->balance; });
-    }
-    Milli stock(const QString& section, const QString& barcode) {
-        return read([&] { return held.stock(section, barcode); });
-    }
-
     static void report(const char* operation, const Exchange& broken, const Exchange& repeated,
                        const Exchange& refused) {
         std::cout << "  " << operation << " " << GetParam().fault << ": broken " << broken.ms
                   << " ms, repeated " << repeated.ms << " ms, refused " << refused.ms << " ms\n";
     }
-
-    QTemporaryDir dir;
-    std::unique_ptr<Emulator> emulator;
-    Store held;
 };
 
 TEST_P(BrokenReplyRehearsal, CommitChequeAccruesOnceAndItsRepeatGetsTheFirstAnswer) {

@@ -4,6 +4,7 @@
 // have reached the back office, the till repeats the same request, gets the
 // back office's first answer, and the effect stays applied once.
 
+#include "HeldEmulator.h"
 #include "StoreFixture.h"
 
 #include "support/ConfigScope.h"
@@ -30,17 +31,10 @@ namespace {
 using Failure = CallOutcome::Failure;
 using Reached = CallOutcome::Reached;
 
-class CommitRecovery : public testing::Test {
+class CommitRecovery : public HeldEmulatorTest {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(dir.isValid());
-        Options options;
-        options.port = 0;
-        options.databaseFile = dir.filePath(QStringLiteral("state.db"));
-        emulator = std::make_unique<Emulator>(options);
-        QString error;
-        ASSERT_TRUE(emulator->start(&error)) << error.toStdString();
-        ASSERT_TRUE(held.open(options.databaseFile, &error)) << error.toStdString();
+        HeldEmulatorTest::SetUp();
         config = std::make_unique<vesk::test::ConfigScope>(QMap<QString, QString>{
             {QStringLiteral("Vesk.loyalty:url"), emulator->serviceUrl(QStringLiteral("loyalty"))},
             {QStringLiteral("Vesk.sales:url"), emulator->serviceUrl(QStringLiteral("sales"))}});
@@ -55,14 +49,6 @@ protected:
         emulator->faults().add(*rule);
     }
 
-    template <class Read>
-    auto read(Read query) {
-        return held.transaction(query);
-    }
-
-    QTemporaryDir dir;
-    std::unique_ptr<Emulator> emulator;
-    Store held;
     std::unique_ptr<vesk::test::ConfigScope> config;
     vesk::test::LogCapture quiet{QStringLiteral("*.warning=false")};
 };
@@ -92,7 +78,7 @@ TEST_F(CommitRecovery, ACommitWhoseReplyWasCutIsRepeatedAndAccruesOnce) {
     line.qty = 2;
     line.salesPrice = 300;
     commit.lines = {line};
-    ASSERT_EQ(read([&] { return held.card(silverCard)->balance; }), 8000);
+    ASSERT_EQ(balance(silverCard), 8000);
     breakNextReplyAfterTheOperation(QStringLiteral("commitCheque"),
                                     QStringLiteral("truncate,after"));
 
@@ -108,7 +94,7 @@ TEST_F(CommitRecovery, ACommitWhoseReplyWasCutIsRepeatedAndAccruesOnce) {
     EXPECT_EQ(decide(broken), Decision::RepeatTheSameRequest);
     EXPECT_LT(brokenMs, 2000);
     // The back office booked it: 80.00 and 1% of 600.00.
-    EXPECT_EQ(read([&] { return held.card(silverCard)->balance; }), 8600);
+    EXPECT_EQ(balance(silverCard), 8600);
 
     timer.restart();
     const loyalty::CommitChequeResponse& result = prepared.response();
@@ -120,7 +106,7 @@ TEST_F(CommitRecovery, ACommitWhoseReplyWasCutIsRepeatedAndAccruesOnce) {
     EXPECT_DOUBLE_EQ(result.totalAmountAfterKs, 600.0);
     EXPECT_LT(repeatedMs, 2000);
     // One accrual, not two.
-    EXPECT_EQ(read([&] { return held.card(silverCard)->balance; }), 8600);
+    EXPECT_EQ(balance(silverCard), 8600);
     std::cout << "  commit: cut after " << brokenMs << " ms, repeated in " << repeatedMs
               << " ms, balance 80.00 -> 86.00 once\n";
 }
@@ -136,9 +122,7 @@ TEST_F(CommitRecovery, AReservationWhoseConnectionWasResetIsRepeatedAndTakesTheS
     line.lineNum = 1;
     line.qty = 2;
     reserve.lines = {line};
-    const auto hallStock = [&] {
-        return read([&] { return held.stock(QStringLiteral("HALL"), coffee); });
-    };
+    const auto hallStock = [&] { return stock(QStringLiteral("HALL"), coffee); };
     ASSERT_EQ(hallStock(), 20000);
     breakNextReplyAfterTheOperation(QStringLiteral("reserveCheque"), QStringLiteral("reset,after"));
 
