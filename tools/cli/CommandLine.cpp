@@ -49,6 +49,10 @@ const QList<OptionDefinition>& commonOptions() {
 
 const QList<OptionDefinition>& demoOptions() {
     static const QList<OptionDefinition> options = {
+        {{QStringLiteral("rehearse-failures")},
+         QString(),
+         QStringLiteral("instead of a sale, walk through the failures whose\n"
+                        "fate a till must decide, and how it resolves each")},
         {{QStringLiteral("external")},
          QString(),
          QStringLiteral("use the emulator listening at HOST:PORT instead of\n"
@@ -226,7 +230,8 @@ const QList<CommandDefinition>& commands() {
              "\n"
              "Prints the emulator's answer as JSON. `vesk-emulator --help` lists the faults.\n"),
          OwnOptions::listen},
-        {QStringLiteral("demo"), QStringLiteral("[--external] [--listen HOST:PORT]"), 0, 0,
+        {QStringLiteral("demo"),
+         QStringLiteral("[--rehearse-failures] [--external] [--listen HOST:PORT]"), 0, 0,
          QStringLiteral("run one whole sale against the emulator"),
          QStringLiteral(
              "Runs one whole sale through the library's clients against the back-office\n"
@@ -234,7 +239,12 @@ const QList<CommandDefinition>& commands() {
              "and receipt; it fails (exit status 1) unless every step behaved as the\n"
              "seed says. The demo points the clients at its emulator itself: --url does\n"
              "not apply to it. An external emulator is reset to its seed first, so that\n"
-             "the demo can run again and again against the same one.\n"),
+             "the demo can run again and again against the same one.\n"
+             "With --rehearse-failures it makes the emulator break a commit's reply after\n"
+             "booking it, reset a reservation's connection after taking the stock, refuse\n"
+             "a call, and calls an address where nothing listens; for each it prints the\n"
+             "call's outcome and what a till does, and checks that a repeated commit or\n"
+             "reservation is applied once.\n"),
          OwnOptions::demo},
         {QStringLiteral("help"), QStringLiteral("[COMMAND]"), 0, 1,
          QStringLiteral("show this usage, or the usage of a command"),
@@ -386,6 +396,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     }
     if (definition->own == OwnOptions::demo)
         line.external = second.isSet(QStringLiteral("external"));
+    line.rehearseFailures = second.isSet(QStringLiteral("rehearse-failures"));
     if (definition->own == OwnOptions::json || definition->own == OwnOptions::bench)
         line.json = second.isSet(QStringLiteral("json"));
     if (definition->own == OwnOptions::bench) {

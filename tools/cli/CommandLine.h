@@ -42,7 +42,8 @@ struct CommandLine {
 
     // Options of `demo` (both) and `emulator` (--listen).
     bool external = false;
-    QString listenHost; // --listen HOST:PORT; empty when not given
+    bool rehearseFailures = false; // demo --rehearse-failures
+    QString listenHost;            // --listen HOST:PORT; empty when not given
     quint16 listenPort = 0;
 };
 

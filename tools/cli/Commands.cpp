@@ -9,6 +9,7 @@
 #include "RequestCheck.h"
 #include "RequestInput.h"
 
+#include <demo/FailureRehearsal.h>
 #include <demo/WholeSale.h>
 
 #include <vesk/CallOutcome.h>
@@ -223,7 +224,8 @@ int demoCommand(const CommandLine& line, QTextStream& out) {
         options.host = line.listenHost;
         options.port = line.listenPort;
     }
-    return demo::runWholeSale(options, out);
+    return line.rehearseFailures ? demo::rehearseFailures(options, out)
+                                 : demo::runWholeSale(options, out);
 }
 
 } // namespace vesk::cli
