@@ -394,9 +394,10 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
                         .arg(definition->name, expected)
                         .arg(line.arguments.size()));
     }
-    if (definition->own == OwnOptions::demo)
+    if (definition->own == OwnOptions::demo) {
         line.external = second.isSet(QStringLiteral("external"));
-    line.rehearseFailures = second.isSet(QStringLiteral("rehearse-failures"));
+        line.rehearseFailures = second.isSet(QStringLiteral("rehearse-failures"));
+    }
     if (definition->own == OwnOptions::json || definition->own == OwnOptions::bench)
         line.json = second.isSet(QStringLiteral("json"));
     if (definition->own == OwnOptions::bench) {
