@@ -31,7 +31,8 @@ deps:
 	@scripts/install-deps.sh
 
 configure: deps
-	@cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) --log-level=WARNING
+	@cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DVESK_BUILD_TESTS=ON \
+		-DVESK_BUILD_BENCHMARKS=ON -DVESK_BUILD_DOCS=ON --log-level=WARNING
 
 build: configure
 	@cmake --build $(BUILD_DIR) -j$(JOBS)
@@ -39,7 +40,14 @@ build: configure
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure --timeout 120 -j$(JOBS)
 
-demo: build
+# The demo builds only the command-line client (the library, its stand-ins
+# and the emulator with it). A fresh build tree is configured without the
+# tests, benchmarks and docs; one that `make test` configured stays as it is.
+demo:
+	@scripts/install-deps.sh demo
+	@test -f $(BUILD_DIR)/CMakeCache.txt || cmake -S . -B $(BUILD_DIR) -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) \
+		-DVESK_BUILD_TESTS=OFF -DVESK_BUILD_BENCHMARKS=OFF -DVESK_BUILD_DOCS=OFF --log-level=WARNING
+	@cmake --build $(BUILD_DIR) -j$(JOBS) --target vesk
 	@$(BUILD_DIR)/tools/cli/vesk demo
 
 docs: configure

@@ -2,20 +2,36 @@
 # Installs the Debian packages the build, the tests and the tools need.
 # Idempotent and quiet: it asks apt only for what is missing, and refreshes
 # the package lists only when there is something to install.
+#
+#   scripts/install-deps.sh        everything: tests, benchmarks, fuzzers, docs, packages
+#   scripts/install-deps.sh demo   only what the library and its tools need to build
 set -euo pipefail
 
+what="${1:-all}"
+case "$what" in
+all | demo) ;;
+*)
+    echo "install-deps.sh: unknown set '$what' (all or demo)" >&2
+    exit 64
+    ;;
+esac
+
+# The library, the host stand-ins, the emulator and the command-line client.
 packages=(
     cmake make g++ pkg-config
     qt6-base-dev libqt6sql6-sqlite
     libcurl4-openssl-dev zlib1g-dev libsimdjson-dev
-    libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
     libcpp-httplib-dev
-    clang-14 libclang-rt-14-dev
-    doxygen dpkg-dev lintian
 )
-
-# Node.js runs the contract test's OpenAPI validator; any node will do.
-command -v node >/dev/null 2>&1 || packages+=(nodejs npm)
+if [[ "$what" == all ]]; then
+    packages+=(
+        libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
+        clang-14 libclang-rt-14-dev
+        doxygen dpkg-dev lintian help2man
+    )
+    # Node.js runs the contract test's OpenAPI validator; any node will do.
+    command -v node >/dev/null 2>&1 || packages+=(nodejs npm)
+fi
 
 missing=()
 for p in "${packages[@]}"; do
@@ -30,6 +46,8 @@ if [[ ${#missing[@]} -gt 0 ]]; then
     $sudo apt-get update -qq
     $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi
+
+[[ "$what" == all ]] || exit 0
 
 # The npm packages of the contract test, at fixed versions, outside the tree.
 npm_prefix="${VESK_NPM_PREFIX:-$HOME/.cache/vesk/npm}"

@@ -64,14 +64,30 @@ bool isRecord(const QMetaType& type) {
             name.startsWith("vesk::sales::"));
 }
 
-// Every record type of the three services.
+// Qt warns about every id that names no type, even when only asked whether
+// it does. The probe below ends at the first such id, and its one warning is
+// not for the reader of the test's output.
+QtMessageHandler previousHandler = nullptr;
+
+void dropInvalidTypeWarning(QtMsgType kind, const QMessageLogContext& context,
+                            const QString& message) {
+    if (!message.startsWith(QLatin1String("Trying to construct an instance of an invalid type")))
+        previousHandler(kind, context, message);
+}
+
+// Every record type of the three services. Custom types get their ids in
+// sequence after QMetaType::User, so the first id without a type ends them.
 QList<QMetaType> allRecords() {
     QList<QMetaType> records;
-    for (int id = QMetaType::User; id < QMetaType::User + 4096; ++id) {
+    previousHandler = qInstallMessageHandler(dropInvalidTypeWarning);
+    for (int id = QMetaType::User + 1;; ++id) {
         const QMetaType type(id);
+        if (!type.isValid())
+            break;
         if (isRecord(type))
             records << type;
     }
+    qInstallMessageHandler(previousHandler);
     return records;
 }
 
