@@ -2,6 +2,7 @@
 #   make demo   one whole sale through the library against the emulator on 127.0.0.1:55555
 #   make test   build and pass every test (what CI runs)
 # And the checks that CI runs after them:
+#   make repeat the tests that drive servers, processes or scripts, twice more
 #   make asan   the library's tests built with AddressSanitizer and UndefinedBehaviorSanitizer
 #   make tsan   the concurrency tests built with ThreadSanitizer
 #   make fuzz   every fuzzer, built with clang and both sanitizers, FUZZ_SECONDS each
@@ -23,7 +24,7 @@ CTEST      := ctest --output-on-failure --timeout 300 -j$(JOBS)
 
 MAKEFLAGS += --no-print-directory
 
-.PHONY: all deps configure build test demo asan tsan fuzz bench docs package install format clean
+.PHONY: all deps configure build test repeat demo asan tsan fuzz bench docs package install format clean
 
 all: build
 
@@ -39,6 +40,13 @@ build: configure
 
 test: build
 	@cd $(BUILD_DIR) && ctest --output-on-failure --timeout 120 -j$(JOBS)
+
+# The tests that drive a loopback server, a child process or a script (label
+# "wire"), REPEAT more times each: a test that passes only by luck shows here.
+REPEAT ?= 2
+repeat: build
+	@cd $(BUILD_DIR) && ctest --output-on-failure --timeout 120 -j$(JOBS) -L '^wire$$' \
+		--repeat until-fail:$(REPEAT) && echo "every wire test passed $(REPEAT) more times"
 
 # The demo builds only the command-line client (the library, its stand-ins
 # and the emulator with it). A fresh build tree is configured without the

@@ -27,7 +27,7 @@ if [[ "$what" == all ]]; then
     packages+=(
         libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
         clang-14 libclang-rt-14-dev
-        doxygen dpkg-dev lintian help2man
+        doxygen dpkg-dev lintian help2man man-db
     )
     # Node.js runs the contract test's OpenAPI validator; any node will do.
     command -v node >/dev/null 2>&1 || packages+=(nodejs npm)

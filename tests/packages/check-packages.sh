@@ -89,7 +89,9 @@ only libveskiface-dev \
     '\./usr/share/lintian/overrides/libveskiface-dev' \
     "$(docs libveskiface-dev)"
 only vesk-tools '\./usr/bin/vesk' '\./usr/bin/vesk-emulator' \
-    '\./usr/share/vesk/(seed\.json|seed\.schema\.json|openapi\.json)' "$(docs vesk-tools)"
+    '\./usr/share/vesk/(seed\.json|seed\.schema\.json|openapi\.json)' \
+    '\./usr/share/man/man1/vesk(-emulator)?\.1\.gz' \
+    '\./usr/share/bash-completion/completions/vesk(-emulator)?' "$(docs vesk-tools)"
 for package in "$runtime" "$standins" vesk-tools; do
     only "$package-dbgsym" '\./usr/lib/debug/\.build-id/[0-9a-f]{2}/[0-9a-f]+\.debug' \
         "\./usr/share/doc/${package//./\\.}-dbgsym -> ${package//./\\.}"

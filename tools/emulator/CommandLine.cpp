@@ -23,8 +23,7 @@ bool parseListenAddress(const QString& text, QString* host, quint16* port, QStri
 
 QString emulatorUsage() {
     return QStringLiteral(
-        "Usage: vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--fault SPEC]...\n"
-        "                     [--help] [--version]\n"
+        "Usage: vesk-emulator [OPTIONS]\n"
         "Serves the sales, discount and loyalty services of the back office, all sixteen\n"
         "operations, from a seed, until interrupted (Ctrl-C or SIGTERM).\n"
         "\n"
