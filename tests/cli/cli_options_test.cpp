@@ -109,6 +109,31 @@ TEST_F(CliOptions, UrlOverridesBaseForItsService) {
         << disc.out.toStdString();
 }
 
+TEST_F(CliOptions, BenchTakesBase) {
+    const VeskRun run =
+        runVesk({QStringLiteral("bench"), QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                 coffeeRequest, QStringLiteral("--count"), QStringLiteral("6"),
+                 QStringLiteral("--json"), QStringLiteral("--base"), base()});
+    EXPECT_EQ(run.exitCode, 0) << testing::PrintToString(run);
+    EXPECT_EQ(run.json().value(QStringLiteral("calls")).toInt(), 6);
+    EXPECT_EQ(run.json().value(QStringLiteral("failures")).toObject(), QJsonObject());
+}
+
+TEST(OpsEndpoints, FollowTheConfiguredBaseUrl) {
+    const VeskRun run =
+        runVesk({QStringLiteral("--url"), QStringLiteral("sales=http://10.1.2.3:8080/shop/sales"),
+                 QStringLiteral("ops"), QStringLiteral("--json")});
+    ASSERT_EQ(run.exitCode, 0) << testing::PrintToString(run);
+    const QJsonArray listing = QJsonDocument::fromJson(run.out.toUtf8()).array();
+    ASSERT_EQ(listing.size(), 16);
+    const QJsonObject itemInfo = listing.at(13).toObject();
+    EXPECT_EQ(itemInfo.value(QStringLiteral("operation")).toString(), QStringLiteral("itemInfo"));
+    EXPECT_EQ(itemInfo.value(QStringLiteral("endpoint")).toString(),
+              QStringLiteral("POST /shop/sales/itemInfo"));
+    EXPECT_EQ(itemInfo.value(QStringLiteral("url")).toString(),
+              QStringLiteral("http://10.1.2.3:8080/shop/sales/itemInfo"));
+}
+
 TEST_F(CliOptions, EmulatorCommandTakesBase) {
     const VeskRun run = runVesk(
         {QStringLiteral("emulator"), QStringLiteral("health"), QStringLiteral("--base"), base()});
