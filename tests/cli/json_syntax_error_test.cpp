@@ -38,6 +38,11 @@ INSTANTIATE_TEST_SUITE_P(
                   "expected a value (object, list, \"text\", number, true, false or null)\n"
                   "  {\"barcode\": }\n"
                   "              ^\n"},
+        SyntaxRow{"MisspeltLiteral", R"({"barcode": tru})",
+                  "vesk: error: the request in the argument is not valid JSON: line 1, column 13: "
+                  "expected a value (object, list, \"text\", number, true, false or null)\n"
+                  "  {\"barcode\": tru}\n"
+                  "              ^\n"},
         SyntaxRow{"TrailingComma", R"({"barcode": "1",})",
                   "vesk: error: the request in the argument is not valid JSON: line 1, column 17: "
                   "expected a member name in double quotes\n"

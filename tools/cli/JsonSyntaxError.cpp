@@ -5,6 +5,8 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/error.h>
 
+#include <cctype>
+
 namespace vesk::cli {
 namespace {
 
@@ -88,7 +90,14 @@ std::optional<JsonSyntaxError> findJsonSyntaxError(const QByteArray& text) {
         return std::nullopt;
     JsonSyntaxError error;
     error.expected = expectation(document.GetParseError());
-    locate(text, qsizetype(document.GetErrorOffset()), &error);
+    qsizetype offset = qsizetype(document.GetErrorOffset());
+    if (document.GetParseError() == rapidjson::kParseErrorValueInvalid) {
+        // A misspelt literal ("tru", "nul") fails after its last letter:
+        // point at its start, where a value was expected.
+        while (offset > 0 && std::isalpha(static_cast<unsigned char>(text.at(offset - 1))))
+            --offset;
+    }
+    locate(text, offset, &error);
     return error;
 }
 
