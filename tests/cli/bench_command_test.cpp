@@ -122,22 +122,24 @@ TEST_P(BenchUsageTest, IsRefusedBeforeAnyCall) {
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, BenchUsageTest,
     testing::Values(
-        BenchUsage{"NoOperation", {}, QStringLiteral("vesk: bench needs SERVICE OPERATION")},
+        BenchUsage{"NoOperation", {}, QStringLiteral("vesk: error: bench needs SERVICE OPERATION")},
         BenchUsage{"UnknownScenario",
                    {QStringLiteral("--scenario"), QStringLiteral("lunch")},
-                   QStringLiteral("vesk: unknown scenario \"lunch\"")},
-        BenchUsage{"ZeroConcurrency",
-                   {QStringLiteral("sales"), QStringLiteral("itemInfo"),
-                    QStringLiteral("--concurrency"), QStringLiteral("0")},
-                   QStringLiteral("vesk: --concurrency: \"0\" is not a number from 1 to 256")},
+                   QStringLiteral("vesk: error: unknown scenario \"lunch\"")},
+        BenchUsage{
+            "ZeroConcurrency",
+            {QStringLiteral("sales"), QStringLiteral("itemInfo"), QStringLiteral("--concurrency"),
+             QStringLiteral("0")},
+            QStringLiteral("vesk: error: --concurrency: \"0\" is not a number from 1 to 256")},
         BenchUsage{"EndlessDuration",
                    {QStringLiteral("sales"), QStringLiteral("itemInfo"),
                     QStringLiteral("--duration"), QStringLiteral("86400")},
-                   QStringLiteral("vesk: --duration: \"86400\" is not a number of seconds")},
+                   QStringLiteral("vesk: error: --duration: \"86400\" is out of range: a duration "
+                                  "from 1ms to 3600s")},
         BenchUsage{"CountThatIsNoNumber",
                    {QStringLiteral("sales"), QStringLiteral("itemInfo"), QStringLiteral("--count"),
                     QStringLiteral("many")},
-                   QStringLiteral("vesk: --count: \"many\" is not a number")}),
+                   QStringLiteral("vesk: error: --count: \"many\" is not a number")}),
     [](const testing::TestParamInfo<BenchUsage>& info) { return std::string(info.param.name); });
 
 } // namespace

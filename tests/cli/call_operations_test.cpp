@@ -74,7 +74,7 @@ TEST_F(CallOperation, UnreserveChequeReleasesTheReservation) {
         call(sales, QStringLiteral("unreserveCheque"), QStringLiteral(R"({"chequeId": "C-2"})"));
     EXPECT_EQ(again.exitCode, 2) << testing::PrintToString(again);
     EXPECT_TRUE(again.err.startsWith(QStringLiteral(
-        "service error: HTTP 404, code 1002: No reservation for cheque \"C-2\"\n  body: ")))
+        "vesk: error: service: HTTP 404, code 1002: No reservation for cheque \"C-2\"\n  body: ")))
         << again.err.toStdString();
 }
 

@@ -21,45 +21,64 @@
 namespace vesk::cli::test {
 namespace {
 
-TEST(OpsCommand, ListsTheSixteenOperationsWithTheirRecords) {
+TEST(OpsCommand, ListsTheSixteenOperationsWithTheirEndpointsAndRecords) {
     const CliRun run = runInProcess({QStringLiteral("ops")});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, QString());
     EXPECT_EQ(run.out.count(QLatin1Char('\n')), 16);
-    EXPECT_EQ(run.out,
-              QStringLiteral(
-                  "disc     discCalc                vesk::disc::DiscCalcRequest                   "
-                  "vesk::disc::DiscCalcResponse\n"
-                  "disc     discCalcPay             vesk::disc::DiscCalcPayRequest                "
-                  "vesk::disc::DiscCalcPayResponse\n"
-                  "disc     getPublicityList        vesk::disc::GetPublicityListRequest           "
-                  "vesk::disc::GetPublicityListResponse\n"
-                  "loyalty  processId               vesk::loyalty::ProcessIdRequest               "
-                  "vesk::loyalty::ProcessIdResponse\n"
-                  "loyalty  processPin              vesk::loyalty::ProcessPinRequest              "
-                  "vesk::loyalty::ProcessPinResponse\n"
-                  "loyalty  getCardBalance          vesk::loyalty::CardBalanceRequest             "
-                  "vesk::loyalty::CardBalanceResponse\n"
-                  "loyalty  calcBonusAmount         vesk::loyalty::CalcBonusAmountRequest         "
-                  "vesk::loyalty::CalcBonusAmountResponse\n"
-                  "loyalty  calcAndReserveBonusPay  vesk::loyalty::CalcAndReserveBonusPayRequest  "
-                  "vesk::loyalty::CalcAndReserveBonusPayResponse\n"
-                  "loyalty  checkPin                vesk::loyalty::CheckPinRequest                "
-                  "vesk::loyalty::CheckPinResponse\n"
-                  "loyalty  commitCheque            vesk::loyalty::CommitChequeRequest            "
-                  "vesk::loyalty::CommitChequeResponse\n"
-                  "loyalty  getParkingInfo          vesk::loyalty::ParkingInfoRequest             "
-                  "vesk::loyalty::ParkingInfoResponse\n"
-                  "loyalty  cashierAdditionalInfo   vesk::loyalty::AdditionalInfoRequest          "
-                  "vesk::loyalty::AdditionalInfoResponse\n"
-                  "loyalty  chequeAdditionalInfo    vesk::loyalty::AdditionalInfoRequest          "
-                  "vesk::loyalty::AdditionalInfoResponse\n"
-                  "sales    itemInfo                vesk::sales::ItemInfoRequest                  "
-                  "vesk::sales::ItemInfoResponse\n"
-                  "sales    reserveCheque           vesk::sales::ReserveChequeRequest             "
-                  "vesk::sales::ReserveChequeResponse\n"
-                  "sales    unreserveCheque         vesk::sales::UnreserveChequeRequest           "
-                  "vesk::sales::UnreserveChequeResponse\n"));
+    EXPECT_EQ(
+        run.out,
+        QStringLiteral(
+            "disc     discCalc                POST /api/axapta/ExchangeData_Disc/discCalc          "
+            "         "
+            "vesk::disc::DiscCalcRequest                   vesk::disc::DiscCalcResponse\n"
+            "disc     discCalcPay             POST /api/axapta/ExchangeData_Disc/discCalcPay       "
+            "         "
+            "vesk::disc::DiscCalcPayRequest                vesk::disc::DiscCalcPayResponse\n"
+            "disc     getPublicityList        POST /api/axapta/ExchangeData_Disc/getPublicityList  "
+            "         "
+            "vesk::disc::GetPublicityListRequest           vesk::disc::GetPublicityListResponse\n"
+            "loyalty  processId               POST /api/axapta/ExchangeData_Loyalty/processId      "
+            "         "
+            "vesk::loyalty::ProcessIdRequest               vesk::loyalty::ProcessIdResponse\n"
+            "loyalty  processPin              POST /api/axapta/ExchangeData_Loyalty/processPin     "
+            "         "
+            "vesk::loyalty::ProcessPinRequest              vesk::loyalty::ProcessPinResponse\n"
+            "loyalty  getCardBalance          POST /api/axapta/ExchangeData_Loyalty/getCardBalance "
+            "         "
+            "vesk::loyalty::CardBalanceRequest             vesk::loyalty::CardBalanceResponse\n"
+            "loyalty  calcBonusAmount         POST "
+            "/api/axapta/ExchangeData_Loyalty/calcBonusAmount         "
+            "vesk::loyalty::CalcBonusAmountRequest         vesk::loyalty::CalcBonusAmountResponse\n"
+            "loyalty  calcAndReserveBonusPay  POST "
+            "/api/axapta/ExchangeData_Loyalty/calcAndReserveBonusPay  "
+            "vesk::loyalty::CalcAndReserveBonusPayRequest  "
+            "vesk::loyalty::CalcAndReserveBonusPayResponse\n"
+            "loyalty  checkPin                POST /api/axapta/ExchangeData_Loyalty/checkPin       "
+            "         "
+            "vesk::loyalty::CheckPinRequest                vesk::loyalty::CheckPinResponse\n"
+            "loyalty  commitCheque            POST /api/axapta/ExchangeData_Loyalty/commitCheque   "
+            "         "
+            "vesk::loyalty::CommitChequeRequest            vesk::loyalty::CommitChequeResponse\n"
+            "loyalty  getParkingInfo          POST /api/axapta/ExchangeData_Loyalty/getParkingInfo "
+            "         "
+            "vesk::loyalty::ParkingInfoRequest             vesk::loyalty::ParkingInfoResponse\n"
+            "loyalty  cashierAdditionalInfo   POST "
+            "/api/axapta/ExchangeData_Loyalty/cashierAdditionalInfo   "
+            "vesk::loyalty::AdditionalInfoRequest          vesk::loyalty::AdditionalInfoResponse\n"
+            "loyalty  chequeAdditionalInfo    POST "
+            "/api/axapta/ExchangeData_Loyalty/chequeAdditionalInfo    "
+            "vesk::loyalty::AdditionalInfoRequest          vesk::loyalty::AdditionalInfoResponse\n"
+            "sales    itemInfo                POST /api/axapta/ExchangeData_Sales/itemInfo         "
+            "         "
+            "vesk::sales::ItemInfoRequest                  vesk::sales::ItemInfoResponse\n"
+            "sales    reserveCheque           POST /api/axapta/ExchangeData_Sales/reserveCheque    "
+            "         "
+            "vesk::sales::ReserveChequeRequest             vesk::sales::ReserveChequeResponse\n"
+            "sales    unreserveCheque         POST /api/axapta/ExchangeData_Sales/unreserveCheque  "
+            "         "
+            "vesk::sales::UnreserveChequeRequest           "
+            "vesk::sales::UnreserveChequeResponse\n"));
 }
 
 TEST(OpsCommand, ProgramListsExactlySixteenLines) {
@@ -149,7 +168,7 @@ TEST(RecordCommand, ShortNameOfRecordsOfTwoServicesListsBoth) {
     const CliRun run = runInProcess({QStringLiteral("record"), QStringLiteral("CardListEntry")});
     EXPECT_EQ(run.exitCode, 64);
     EXPECT_EQ(run.out, QString());
-    EXPECT_EQ(run.err, QStringLiteral("vesk: \"CardListEntry\" names more than one record:\n"
+    EXPECT_EQ(run.err, QStringLiteral("vesk: error: \"CardListEntry\" names more than one record:\n"
                                       "  vesk::disc::CardListEntry\n"
                                       "  vesk::loyalty::CardListEntry\n"));
 }
@@ -160,7 +179,8 @@ TEST(RecordCommand, GadgetThatIsNoRecordIsNotFound) {
     const CliRun run =
         runInProcess({QStringLiteral("record"), QStringLiteral("vesk::PreparedRequestBase")});
     EXPECT_EQ(run.exitCode, 64);
-    EXPECT_EQ(run.err, QStringLiteral("vesk: no record named \"vesk::PreparedRequestBase\"\n"));
+    EXPECT_EQ(run.err, QStringLiteral("vesk: error: no record named \"vesk::PreparedRequestBase\"\n"
+                                      "Try 'vesk help record' for more information.\n"));
 }
 
 TEST(HelpCommand, PrintsTheGeneralUsageOnStandardOutput) {
@@ -187,7 +207,7 @@ TEST(CallCommand, DeeplyNestedRequestIsRefusedNotFatal) {
     const CliRun run = runInProcess(
         {QStringLiteral("call"), QStringLiteral("sales"), QStringLiteral("itemInfo"), nested});
     EXPECT_EQ(run.exitCode, 64);
-    EXPECT_TRUE(run.err.startsWith(QStringLiteral("vesk: the request in the argument is not "
+    EXPECT_TRUE(run.err.startsWith(QStringLiteral("vesk: error: the request in the argument is not "
                                                   "valid JSON: ")))
         << run.err.toStdString();
 }
@@ -197,7 +217,7 @@ TEST(CallCommand, RequestFromStandardInputIsReadFromTheInputStream) {
                                      QStringLiteral("itemInfo"), QStringLiteral("-")},
                                     QStringLiteral("[]"));
     EXPECT_EQ(run.exitCode, 64);
-    EXPECT_EQ(run.err, QStringLiteral("vesk: the request in standard input must be a JSON "
+    EXPECT_EQ(run.err, QStringLiteral("vesk: error: the request in standard input must be a JSON "
                                       "object, not an array\n"));
 }
 
@@ -212,7 +232,7 @@ TEST(ProcessSettings, ConfigFileIsRefusedOnceTheConfigurationWasRead) {
     const CliRun run = runInProcess({QStringLiteral("--config"), file, QStringLiteral("ops")});
     EXPECT_EQ(run.exitCode, 64);
     EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("vesk: --config: this process has read its configuration already")))
+        QStringLiteral("vesk: error: --config: this process has read its configuration already")))
         << run.err.toStdString();
     EXPECT_EQ(run.out, QString());
 }
@@ -225,9 +245,11 @@ TEST(ProcessSettings, UrlOfAClientMadeAlreadyIsRefused) {
         runInProcess({QStringLiteral("call"), QStringLiteral("sales"), QStringLiteral("itemInfo"),
                       QStringLiteral("--url"), QStringLiteral("sales=") + other});
     EXPECT_EQ(run.exitCode, 64);
-    EXPECT_EQ(run.err, QStringLiteral("vesk: --url sales=%1: the sales client of this process has "
-                                      "been made already, for %2\n")
-                           .arg(other, made));
+    EXPECT_EQ(run.err,
+              QStringLiteral("vesk: error: --url sales=%1: the sales client of this process has "
+                             "been made already, for %2\n"
+                             "Try 'vesk help call' for more information.\n")
+                  .arg(other, made));
 }
 
 } // namespace

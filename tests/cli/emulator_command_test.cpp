@@ -60,8 +60,9 @@ TEST_F(EmulatorCommand, BadSpecIsRefusedByTheEmulatorWithItsReason) {
         emulatorArguments(port(), {QStringLiteral("fault"), QStringLiteral("itemInfo:explode")}));
     EXPECT_EQ(run.exitCode, 2) << testing::PrintToString(run);
     EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("vesk: the emulator at http://127.0.0.1:%1 refused (HTTP 400): Bad fault: "
-                       "unknown fault \"explode\"")
+        QStringLiteral(
+            "vesk: error: the emulator at http://127.0.0.1:%1 refused (HTTP 400): Bad fault: "
+            "unknown fault \"explode\"")
             .arg(port())))
         << run.err.toStdString();
 }
@@ -70,12 +71,15 @@ TEST(EmulatorCommandUsage, UnknownActionOrMissingSpecIsAUsageError) {
     const ClosedPort closed;
     const VeskRun unknown = runVesk(emulatorArguments(closed.port(), {QStringLiteral("restart")}));
     EXPECT_EQ(unknown.exitCode, 64);
-    EXPECT_EQ(unknown.err, QStringLiteral("vesk: unknown emulator action \"restart\" (health, "
-                                          "faults, fault SPEC, clear or reset)\n"));
+    EXPECT_EQ(unknown.err,
+              QStringLiteral("vesk: error: unknown emulator action \"restart\" (health, "
+                             "faults, fault SPEC, clear or reset)\n"
+                             "Try 'vesk help emulator' for more information.\n"));
     const VeskRun missing = runVesk(emulatorArguments(closed.port(), {QStringLiteral("fault")}));
     EXPECT_EQ(missing.exitCode, 64);
-    EXPECT_EQ(missing.err, QStringLiteral("vesk: emulator fault needs a SPEC, e.g. "
-                                          "itemInfo:error=503;times=1\n"));
+    EXPECT_EQ(missing.err, QStringLiteral("vesk: error: emulator fault needs a SPEC, e.g. "
+                                          "itemInfo:error=503;times=1\n"
+                                          "Try 'vesk help emulator' for more information.\n"));
 }
 
 TEST(EmulatorCommandUsage, NoEmulatorListeningIsANetworkFailure) {
@@ -83,7 +87,8 @@ TEST(EmulatorCommandUsage, NoEmulatorListeningIsANetworkFailure) {
     const VeskRun run = runVesk(emulatorArguments(closed.port(), {QStringLiteral("health")}));
     EXPECT_EQ(run.exitCode, 3) << testing::PrintToString(run);
     EXPECT_TRUE(run.err.startsWith(
-        QStringLiteral("vesk: no emulator answers at http://127.0.0.1:%1: Connection refused by")
+        QStringLiteral(
+            "vesk: error: no emulator answers at http://127.0.0.1:%1: Connection refused by")
             .arg(closed.port())))
         << run.err.toStdString();
 }

@@ -171,7 +171,7 @@ TEST_F(OpenApiCommandToFile, WritesTheDocumentToTheNamedFile) {
 TEST_F(OpenApiCommandToFile, UnwritablePathFailsWithTheReasonAndLeavesNoFile) {
     const CliRun run = runWith(QStringLiteral("missing/openapi.json"));
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.err.startsWith(QStringLiteral("vesk: cannot write ") + path + u':'))
+    EXPECT_TRUE(run.err.startsWith(QStringLiteral("vesk: error: cannot write ") + path + u':'))
         << run.err.toStdString();
     EXPECT_FALSE(QFile::exists(path));
 }

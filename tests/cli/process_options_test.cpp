@@ -56,12 +56,12 @@ TEST_F(CallOptions, ResponseIsPrintedAsIndentedJson) {
     EXPECT_EQ(run.out, QStringLiteral("{\n    \"chequeId\": \"C-9\"\n}\n"));
 }
 
-TEST_F(CallOptions, KeyThatNamesNoMemberIsIgnoredWithAWarning) {
+TEST_F(CallOptions, KeyThatNamesNoMemberIsIgnoredWithAWarningAndASuggestion) {
     const VeskRun run = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
                              QStringLiteral(R"({"barcode": "4601234000017", "barcodes": []})"));
     EXPECT_EQ(nameOf(run), coffeeName);
     EXPECT_EQ(run.err, QStringLiteral("vesk: warning: $.barcodes names no member of "
-                                      "vesk::sales::ItemInfoRequest\n"));
+                                      "vesk::sales::ItemInfoRequest; did you mean barcode?\n"));
 }
 
 TEST_F(CallOptions, MistypedValuesAreWarnedAboutAndConverted) {

@@ -67,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(
         CheckCase{"UnknownTopLevelKey",
                   reserve,
                   R"({"chequeID": "R-1"})",
-                  {{"$.chequeID", "names no member of vesk::sales::ReserveChequeRequest"}}},
+                  {{"$.chequeID", "names no member of vesk::sales::ReserveChequeRequest; did you "
+                                  "mean chequeId?"}}},
         CheckCase{"FractionAndOversizedIntegerForAnInteger",
                   discCalc,
                   R"({"salesChannel": 2.5, "lines": [{"lineNum": 4294967296}]})",

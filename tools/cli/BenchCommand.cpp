@@ -3,7 +3,9 @@
 #include "BenchScenario.h"
 #include "Commands.h"
 #include "ExitCodes.h"
+#include "Messages.h"
 #include "Operations.h"
+#include "Suggestion.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -78,22 +80,26 @@ int benchCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QT
     run.durationS = line.count > 0 ? line.durationS : (line.durationS > 0 ? line.durationS : 10);
     if (line.scenario.isEmpty()) {
         if (line.arguments.size() < 2) {
-            err << "vesk: bench needs SERVICE OPERATION [REQUEST], or --scenario sale\n";
-            return exitCode::usage;
+            return usageError(
+                err, QStringLiteral("bench needs SERVICE OPERATION [REQUEST], or --scenario sale"),
+                line.command);
         }
         const std::optional<OperationRequest> read = readOperationRequest(line, in, err);
         if (!read)
             return exitCode::usage;
         for (const RequestProblem& problem : read->problems)
-            err << "vesk: warning: " << problem.text() << '\n';
+            warning(err) << problem.text() << '\n';
         run.operation = read->operation;
         run.request = read->request;
     } else if (line.scenario != QLatin1String("sale")) {
-        err << "vesk: unknown scenario \"" << line.scenario << "\" (the one there is: sale)\n";
-        return exitCode::usage;
+        return usageError(
+            err,
+            QStringLiteral("unknown scenario \"%1\" (the one there is: sale)%2")
+                .arg(line.scenario, didYouMean(line.scenario, {QStringLiteral("sale")})),
+            line.command);
     } else if (!line.arguments.isEmpty()) {
-        err << "vesk: bench --scenario sale takes no operation\n";
-        return exitCode::usage;
+        return usageError(err, QStringLiteral("bench --scenario sale takes no operation"),
+                          line.command);
     }
     err.flush();
 

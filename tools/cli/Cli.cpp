@@ -5,6 +5,7 @@
 #include "Commands.h"
 #include "EmulatorCommand.h"
 #include "ExitCodes.h"
+#include "Messages.h"
 #include "ProcessSettings.h"
 
 #include <vesk/version.h>
@@ -13,11 +14,6 @@
 
 namespace vesk::cli {
 namespace {
-
-int usageError(QTextStream& err, const QString& error, const QString& command) {
-    err << "vesk: " << error << "\n\n" << usage(command);
-    return exitCode::usage;
-}
 
 int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
     if (line.version) {
@@ -34,13 +30,11 @@ int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream
     }
 
     const bool demo = line.command == QLatin1String("demo");
-    QString error;
-    if (!applyProcessSettings(line, !demo, &error)) {
-        err << "vesk: " << error << '\n';
-        return exitCode::usage;
-    }
+    QString why;
+    if (!applyProcessSettings(line, !demo, &why))
+        return usageError(err, why, line.command);
     if (demo && !line.urls.isEmpty())
-        err << "vesk: warning: the demo points the clients at its emulator; --url is ignored\n";
+        warning(err) << "the demo points the clients at its emulator; --url is ignored\n";
 
     if (line.command == QLatin1String("call"))
         return callCommand(line, out, err, in);
@@ -54,23 +48,23 @@ int run(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream
         return emulatorCommand(line, out, err);
     if (line.command == QLatin1String("bench"))
         return benchCommand(line, out, err, in);
-    return demoCommand(line, out);
+    return demoCommand(line, out, err);
 }
 
 } // namespace
 
 int runCli(const QStringList& arguments, QTextStream& out, QTextStream& err, QTextStream& in) {
-    QString error;
+    QString why;
     QString command;
-    const std::optional<CommandLine> line = parseCommandLine(arguments, &error, &command);
+    const std::optional<CommandLine> line = parseCommandLine(arguments, &why, &command);
     if (!line)
-        return usageError(err, error, command);
+        return usageError(err, why, command);
     try {
         return run(*line, out, err, in);
     } catch (const std::exception& e) {
         // The library reports its failures as vesk::Exception, which the
         // commands handle; anything else is a fault, reported, not a crash.
-        err << "vesk: " << QString::fromUtf8(e.what()) << '\n';
+        error(err) << QString::fromUtf8(e.what()) << '\n';
         return exitCode::failure;
     }
 }

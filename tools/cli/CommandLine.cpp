@@ -1,5 +1,8 @@
 #include "CommandLine.h"
 
+#include "Duration.h"
+#include "Suggestion.h"
+
 #include <emulator/CommandLine.h>
 
 #include <QCommandLineOption>
@@ -21,7 +24,7 @@ struct OptionDefinition {
     }
 };
 
-enum CommonOption { configOption, urlOption, verboseOption, helpOption, versionOption };
+enum CommonOption { configOption, urlOption, baseOption, verboseOption, helpOption, versionOption };
 
 const QList<OptionDefinition>& commonOptions() {
     static const QList<OptionDefinition> options = {
@@ -32,11 +35,18 @@ const QList<OptionDefinition>& commonOptions() {
         {{QStringLiteral("url")},
          QStringLiteral("SERVICE=URL"),
          QStringLiteral("the base URL of a service (disc, loyalty or sales)\n"
-                        "instead of the configured one; may be repeated")},
+                        "instead of the configured one and --base; may be\n"
+                        "repeated")},
+        {{QStringLiteral("base")},
+         QStringLiteral("URL"),
+         QStringLiteral("one back office for all three services:\n"
+                        "http://HOST:PORT, each service at its default path\n"
+                        "there")},
         {{QStringLiteral("verbose")},
          QString(),
          QStringLiteral("log every exchange of the services' clients, with its\n"
-                        "bodies, to standard error")},
+                        "bodies, and show the request and reply headers (\"> \"\n"
+                        "and \"< \" lines, secrets masked) on standard error")},
         {{QStringLiteral("h"), QStringLiteral("help")},
          QString(),
          QStringLiteral("show this usage")},
@@ -79,13 +89,14 @@ const QList<OptionDefinition>& callOptions() {
                         "the library does (an empty response) instead of\n"
                         "failing with exit 4")},
         {{QStringLiteral("timeout")},
-         QStringLiteral("MS"),
-         QStringLiteral("the whole exchange may take this long (default:\n"
+         QStringLiteral("DURATION"),
+         QStringLiteral("the whole exchange may take this long: 1500ms, 2s,\n"
+                        "1.5s, or a bare number of milliseconds (default:\n"
                         "Network:timeoutMs of the configuration, 15000)")},
         {{QStringLiteral("connect-timeout")},
-         QStringLiteral("MS"),
-         QStringLiteral("connecting may take this long (default:\n"
-                        "Network:connectTimeoutMs, 5000)")},
+         QStringLiteral("DURATION"),
+         QStringLiteral("connecting may take this long, written as for\n"
+                        "--timeout (default: Network:connectTimeoutMs, 5000)")},
         {{QStringLiteral("cacert")},
          QStringLiteral("FILE"),
          QStringLiteral("a CA bundle trusted besides the system's (default:\n"
@@ -105,8 +116,9 @@ const QList<OptionDefinition>& benchOptions() {
          QStringLiteral("tills calling at once, each with its own client\n"
                         "(default 4, at most 256)")},
         {{QStringLiteral("duration")},
-         QStringLiteral("SECONDS"),
-         QStringLiteral("stop after this long (default 10, at most 3600)")},
+         QStringLiteral("DURATION"),
+         QStringLiteral("stop after this long: 30s, 1500ms, 2.5s, or a bare\n"
+                        "number of seconds (default 10s, at most 3600s)")},
         {{QStringLiteral("count")},
          QStringLiteral("N"),
          QStringLiteral("stop after N calls (sales with --scenario), or the\n"
@@ -117,7 +129,7 @@ const QList<OptionDefinition>& benchOptions() {
 }
 
 // The options of its own that a command takes besides those of every command.
-enum class OwnOptions { none, demo, listen, call, json, bench };
+enum class OwnOptions { none, demo, listen, call, json, record, bench };
 
 QList<OptionDefinition> ownOptions(OwnOptions own) {
     switch (own) {
@@ -129,6 +141,12 @@ QList<OptionDefinition> ownOptions(OwnOptions own) {
         return benchOptions();
     case OwnOptions::json:
         return {{{QStringLiteral("json")}, QString(), QStringLiteral("print the listing as JSON")}};
+    case OwnOptions::record:
+        return {{{QStringLiteral("json")}, QString(), QStringLiteral("print the listing as JSON")},
+                {{QStringLiteral("example")},
+                 QString(),
+                 QStringLiteral("print a request body with every member instead, a\n"
+                                "typed placeholder for each value")}};
     case OwnOptions::listen:
         return {{{QStringLiteral("listen")},
                  QStringLiteral("HOST:PORT"),
@@ -149,10 +167,22 @@ struct CommandDefinition {
     OwnOptions own;
 };
 
+// As curl numbers them where curl has a number for the failure.
 const QString exitStatus =
-    QStringLiteral("Exit status: 0 done; 2 the service refused the call; 3 no reply from the\n"
-                   "service (network); 4 a 200 reply that is not a JSON object; 64 wrong\n"
-                   "usage or input; 1 anything else.\n");
+    QStringLiteral("Exit status:\n"
+                   "  0   done\n"
+                   "  1   anything else went wrong\n"
+                   "  2   the service refused the call (an HTTP status other than 200)\n"
+                   "  3   a network failure of another kind (an undecodable reply, ...)\n"
+                   "  4   a 200 reply that is not a JSON object\n"
+                   "  6   the host name did not resolve\n"
+                   "  7   no connection: refused, or not made within the connect timeout\n"
+                   "  28  the request was sent and no reply came within the timeout\n"
+                   "  35  no secure connection (TLS handshake or certificate)\n"
+                   "  52  the connection ended before any reply (closed or reset)\n"
+                   "  56  the connection broke off while the reply arrived\n"
+                   "  63  the reply is larger than the transport's limit\n"
+                   "  64  wrong usage or input\n");
 
 const QList<CommandDefinition>& commands() {
     static const QList<CommandDefinition> definitions = {
@@ -179,8 +209,9 @@ const QList<CommandDefinition>& commands() {
              "`vesk ops` lists the operations, `vesk record NAME` the members of a record.\n"),
          OwnOptions::call},
         {QStringLiteral("ops"), QString(), 0, 0,
-         QStringLiteral("list the operations and their records"),
-         QStringLiteral("Lists the sixteen operations, one a line: service, operation, request\n"
+         QStringLiteral("list the operations, their endpoints and records"),
+         QStringLiteral("Lists the sixteen operations, one a line: service, operation, its\n"
+                        "endpoint (POST and the path under the configured base URL), request\n"
                         "record and response record; with --json, as a JSON array.\n"),
          OwnOptions::json},
         {QStringLiteral("record"), QStringLiteral("NAME"), 1, 1,
@@ -192,8 +223,11 @@ const QList<CommandDefinition>& commands() {
              "or the class name alone when only one service has a record of that name.\n"
              "Kinds: integer, number, boolean, string, string list, date-time, and\n"
              "list of RECORD (a list of entries, each the record named). With --json, as\n"
-             "a JSON array of {\"key\", \"kind\", \"optional\", \"entry\"}.\n"),
-         OwnOptions::json},
+             "a JSON array of {\"key\", \"kind\", \"optional\", \"entry\"}.\n"
+             "With --example, a request body with every member instead, ready to edit\n"
+             "and give to `vesk call`: 0, 0.0, false, \"\", [] or an ISO date and time\n"
+             "for each value, and a list of entries as one entry with its own members.\n"),
+         OwnOptions::record},
         {QStringLiteral("openapi"), QStringLiteral("[FILE]"), 0, 1,
          QStringLiteral("write the services' contract as an OpenAPI 3.1 document"),
          QStringLiteral(
@@ -208,18 +242,19 @@ const QList<CommandDefinition>& commands() {
              "Calls one operation with one request (as `call` reads it), or with\n"
              "--scenario sale whole sales through all sixteen operations, from\n"
              "--concurrency tills at once, each with a client and connection of its own,\n"
-             "for --duration seconds or --count calls (sales). A live progress line goes\n"
-             "to a terminal's standard error. At the end: calls and sales per second,\n"
-             "latency percentiles of the calls (p50, p90, p99, max) and failures by kind\n"
-             "(ServiceError CODE, NotAnObject for a 200 that is no JSON object, NoReply,\n"
-             "ConnectionLost, ReplyCut, Refused, ...); --json prints the same as JSON.\n"
-             "Only the configured or --url addresses are called. Exit status 1 when any\n"
-             "call failed.\n"),
+             "for --duration (a bare number counts seconds) or --count calls (sales). A\n"
+             "live progress line goes to a terminal's standard error. At the end: calls\n"
+             "and sales per second, latency percentiles of the calls (p50, p90, p99, max)\n"
+             "and failures by kind (ServiceError CODE, NotAnObject for a 200 that is no\n"
+             "JSON object, NoReply, ConnectionLost, ReplyCut, Refused, ...); --json prints\n"
+             "the same as JSON. Only the configured, --base or --url addresses are\n"
+             "called. Exit status 1 when any call failed.\n"),
          OwnOptions::bench},
         {QStringLiteral("emulator"), QStringLiteral("health | faults | fault SPEC | clear | reset"),
          1, 2, QStringLiteral("drive a running vesk-emulator: faults, reset, health"),
          QStringLiteral(
-             "Drives the vesk-emulator that listens at --listen through its admin API.\n"
+             "Drives the vesk-emulator that listens at --listen HOST:PORT, or at --base\n"
+             "URL, through its admin API.\n"
              "\n"
              "  health      whether it serves, since when, how many requests, active faults\n"
              "  faults      the fault rules in force, with how often each fired\n"
@@ -235,9 +270,10 @@ const QList<CommandDefinition>& commands() {
          QStringLiteral("run one whole sale against the emulator"),
          QStringLiteral(
              "Runs one whole sale through the library's clients against the back-office\n"
-             "emulator, started in this process unless --external, and prints its trace\n"
-             "and receipt; it fails (exit status 1) unless every step behaved as the\n"
-             "seed says. The demo points the clients at its emulator itself: --url does\n"
+             "emulator at --listen HOST:PORT or --base URL, started in this process\n"
+             "unless --external, and prints its trace and receipt; it fails (exit\n"
+             "status 1) unless every step behaved as the seed says. The demo points the clients at "
+             "its emulator itself: --url does\n"
              "not apply to it. An external emulator is reset to its seed first, so that\n"
              "the demo can run again and again against the same one.\n"
              "With --rehearse-failures it makes the emulator break a commit's reply after\n"
@@ -251,6 +287,13 @@ const QList<CommandDefinition>& commands() {
          QStringLiteral("Shows the usage of vesk, or of COMMAND.\n"), OwnOptions::none},
     };
     return definitions;
+}
+
+QStringList commandNames() {
+    QStringList names;
+    for (const CommandDefinition& definition : commands())
+        names.append(definition.name);
+    return names;
 }
 
 const CommandDefinition* findCommand(const QString& name) {
@@ -317,6 +360,8 @@ void takeCommonOptions(const QCommandLineParser& parser, const QList<QCommandLin
     if (parser.isSet(options[configOption]))
         line->configFile = parser.value(options[configOption]);
     line->urls += parser.values(options[urlOption]);
+    if (parser.isSet(options[baseOption]))
+        line->base = parser.value(options[baseOption]);
     line->verbose = line->verbose || parser.isSet(options[verboseOption]);
     line->help = line->help || parser.isSet(options[helpOption]);
     line->version = line->version || parser.isSet(options[versionOption]);
@@ -368,7 +413,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     line.command = rest.takeFirst();
     const CommandDefinition* definition = findCommand(line.command);
     if (!definition)
-        return fail(QStringLiteral("unknown command \"%1\"").arg(line.command));
+        return fail(QStringLiteral("unknown command \"%1\"%2")
+                        .arg(line.command, didYouMean(line.command, commandNames())));
     *command = line.command;
 
     // After it: its arguments, its own options and again those of every command.
@@ -398,8 +444,15 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         line.external = second.isSet(QStringLiteral("external"));
         line.rehearseFailures = second.isSet(QStringLiteral("rehearse-failures"));
     }
-    if (definition->own == OwnOptions::json || definition->own == OwnOptions::bench)
+    if (definition->own == OwnOptions::json || definition->own == OwnOptions::record ||
+        definition->own == OwnOptions::bench)
         line.json = second.isSet(QStringLiteral("json"));
+    if (definition->own == OwnOptions::record) {
+        line.example = second.isSet(QStringLiteral("example"));
+        if (line.example && line.json)
+            return fail(QStringLiteral("--example and --json do not go together: the example "
+                                       "is JSON already"));
+    }
     if (definition->own == OwnOptions::bench) {
         line.scenario = second.value(QStringLiteral("scenario"));
         bool ok = true;
@@ -410,11 +463,12 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
                                 .arg(second.value(QStringLiteral("concurrency"))));
         }
         if (second.isSet(QStringLiteral("duration"))) {
-            line.durationS = second.value(QStringLiteral("duration")).toDouble(&ok);
-            if (!ok || !(line.durationS > 0 && line.durationS <= 3600))
-                return fail(QStringLiteral("--duration: \"%1\" is not a number of seconds above "
-                                           "0 and at most 3600")
-                                .arg(second.value(QStringLiteral("duration"))));
+            QString why;
+            const std::optional<qint64> ms = parseDuration(second.value(QStringLiteral("duration")),
+                                                           BareUnit::Seconds, 1, 3600000, &why);
+            if (!ms)
+                return fail(QStringLiteral("--duration: ") + why);
+            line.durationS = double(*ms) / 1000.0;
         }
         if (second.isSet(QStringLiteral("count"))) {
             line.count = second.value(QStringLiteral("count")).toLongLong(&ok);
@@ -431,12 +485,12 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
               std::pair{QStringLiteral("connect-timeout"), &line.connectTimeoutMs}}) {
             if (!second.isSet(name))
                 continue;
-            bool ok = false;
-            *target = second.value(name).toInt(&ok);
-            if (!ok || *target < 1 || *target > 3600000)
-                return fail(QStringLiteral("--%1: \"%2\" is not a number of milliseconds from 1 "
-                                           "to 3600000")
-                                .arg(name, second.value(name)));
+            QString why;
+            const std::optional<qint64> ms =
+                parseDuration(second.value(name), BareUnit::Milliseconds, 1, 3600000, &why);
+            if (!ms)
+                return fail(QStringLiteral("--%1: %2").arg(name, why));
+            *target = int(*ms);
         }
         if (second.isSet(QStringLiteral("cacert"))) {
             line.caFile = second.value(QStringLiteral("cacert"));
@@ -455,7 +509,9 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     if (line.command == QLatin1String("help") && !line.arguments.isEmpty() &&
         !findCommand(line.arguments.first())) {
         command->clear();
-        return fail(QStringLiteral("unknown command \"%1\"").arg(line.arguments.first()));
+        return fail(
+            QStringLiteral("unknown command \"%1\"%2")
+                .arg(line.arguments.first(), didYouMean(line.arguments.first(), commandNames())));
     }
     return line;
 }

@@ -21,22 +21,25 @@ struct CommandLine {
     // Options of every command.
     QString configFile; // --config; empty when not given
     QStringList urls;   // each --url SERVICE=URL as given, in order
+    QString base;       // --base http://HOST:PORT; empty when not given
     bool verbose = false;
     bool version = false; // --version: the versions instead of the command
 
     // Options of `call`.
     bool strict = false;      // --strict: refuse a request with problems
     bool lenient = false;     // --lenient: a 200 that is no JSON object is an empty response
-    int timeoutMs = 0;        // --timeout MS; 0 when not given
-    int connectTimeoutMs = 0; // --connect-timeout MS; 0 when not given
+    int timeoutMs = 0;        // --timeout DURATION, in ms; 0 when not given
+    int connectTimeoutMs = 0; // --connect-timeout DURATION, in ms; 0 when not given
     QString caFile;           // --cacert FILE; empty when not given
 
     // Option of `ops`, `record` and `bench`.
     bool json = false; // --json
+    // Option of `record`.
+    bool example = false; // --example: a request body with every member
 
     // Options of `bench`.
     int concurrency = 4;  // --concurrency N
-    double durationS = 0; // --duration SECONDS; 0 when not given
+    double durationS = 0; // --duration DURATION, in seconds; 0 when not given
     qint64 count = 0;     // --count N; 0 when not given
     QString scenario;     // --scenario NAME; empty when not given
 

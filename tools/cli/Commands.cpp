@@ -1,13 +1,18 @@
 #include "Commands.h"
 
 #include "ExitCodes.h"
+#include "FailureExit.h"
+#include "Messages.h"
 #include "OpenApi.h"
 #include "Operations.h"
 #include "OrderedJson.h"
+#include "ProcessSettings.h"
+#include "RecordExample.h"
 #include "RecordMembers.h"
 #include "RecordingClient.h"
 #include "RequestCheck.h"
 #include "RequestInput.h"
+#include "Suggestion.h"
 
 #include <demo/FailureRehearsal.h>
 #include <demo/WholeSale.h>
@@ -69,22 +74,28 @@ std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QT
     const QString& service = line.arguments[0];
     const QString& name = line.arguments[1];
     if (!serviceNames().contains(service)) {
-        err << "vesk: unknown service \"" << service << "\" (the services are "
-            << serviceNames().join(QStringLiteral(", ")) << ")\n";
+        usageError(err,
+                   QStringLiteral("unknown service \"%1\" (the services are %2)%3")
+                       .arg(service, serviceNames().join(QStringLiteral(", ")),
+                            didYouMean(service, serviceNames())),
+                   line.command);
         return std::nullopt;
     }
     const Operation* operation = findOperation(service, name);
     if (!operation) {
-        err << "vesk: unknown operation \"" << name << "\" of service " << service
-            << " (its operations are " << operationNames(service).join(QStringLiteral(", "))
-            << ")\n";
+        usageError(err,
+                   QStringLiteral("unknown operation \"%1\" of service %2 (its operations are "
+                                  "%3)%4")
+                       .arg(name, service, operationNames(service).join(QStringLiteral(", ")),
+                            didYouMean(name, operationNames(service))),
+                   line.command);
         return std::nullopt;
     }
-    QString error;
+    QString why;
     const std::optional<QVariantMap> request =
-        readRequest(line.arguments.size() > 2 ? line.arguments[2] : QString(), in, &error);
+        readRequest(line.arguments.size() > 2 ? line.arguments[2] : QString(), in, &why);
     if (!request) {
-        err << "vesk: " << error << '\n';
+        error(err) << why << '\n';
         return std::nullopt;
     }
     return OperationRequest{operation, *request, checkRequest(*request, *operation->request)};
@@ -97,16 +108,15 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
     const Operation* operation = read->operation;
     const QVariantMap& request = read->request;
     const QList<RequestProblem>& problems = read->problems;
-    if (!line.caFile.isEmpty() && !QFileInfo(line.caFile).isReadable()) {
-        err << "vesk: --cacert: cannot read \"" << line.caFile << "\"\n";
-        return exitCode::usage;
-    }
+    if (!line.caFile.isEmpty() && !QFileInfo(line.caFile).isReadable())
+        return usageError(err, QStringLiteral("--cacert: cannot read \"%1\"").arg(line.caFile),
+                          line.command);
     for (const RequestProblem& problem : problems)
-        err << (line.strict ? "vesk: " : "vesk: warning: ") << problem.text() << '\n';
+        (line.strict ? error(err) : warning(err)) << problem.text() << '\n';
     if (line.strict && !problems.isEmpty()) {
-        err << "vesk: " << problems.size() << (problems.size() == 1 ? " problem" : " problems")
-            << " in the request of " << className(operation->request)
-            << "; nothing was sent (--strict)\n";
+        error(err) << problems.size() << (problems.size() == 1 ? " problem" : " problems")
+                   << " in the request of " << className(operation->request)
+                   << "; nothing was sent (--strict)\n";
         return exitCode::usage;
     }
     err.flush();
@@ -120,6 +130,8 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
         settings.caFile = line.caFile;
     const QSharedPointer<RecordingClient> client =
         QSharedPointer<RecordingClient>::create(settings);
+    if (line.verbose)
+        client->showHeadersOn(&err);
     // Its exchanges are logged where the service's own client logs them.
     client->setLogger(
         Log4Qt::LogManager::logger(QString::fromLatin1(operation->client->loggerName)));
@@ -131,20 +143,21 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
         const CallOutcome outcome = lastCallOutcome();
         if (outcome.failure() == CallOutcome::Failure::NotAnObject && !line.lenient) {
             // The library reads it as an empty object; a person must see it.
-            err << "vesk: the reply is not a JSON object: HTTP " << outcome.httpStatus()
-                << ", body: " << bodyStart(client->last().body)
-                << "\n  (--lenient takes it as the library does: an empty response)\n";
+            error(err) << "the reply is not a JSON object: HTTP " << outcome.httpStatus()
+                       << ", body: " << bodyStart(client->last().body)
+                       << "\n  (--lenient takes it as the library does: an empty response)\n";
             return exitCode::notAnObject;
         }
         out << orderedJson(response.toMap(), *operation->response);
         return exitCode::success;
     } catch (const NetworkException& e) {
-        err << "network error: " << e.message().text() << '\n';
-        return exitCode::networkError;
+        error(err) << "network: " << e.message().text() << '\n';
+        const int code = exitCodeOf(lastCallOutcome().failure());
+        return code == exitCode::success ? exitCode::networkError : code;
     } catch (const Exception& e) {
         const http::Response reply = client->last();
-        err << "service error: HTTP " << reply.statusCode << ", code " << e.code() << ": "
-            << e.message().text() << "\n  body: " << bodyStart(reply.body) << '\n';
+        error(err) << "service: HTTP " << reply.statusCode << ", code " << e.code() << ": "
+                   << e.message().text() << "\n  body: " << bodyStart(reply.body) << '\n';
         return exitCode::serviceError;
     }
 }
@@ -153,15 +166,19 @@ int opsCommand(const CommandLine& line, QTextStream& out) {
     QList<QStringList> rows;
     QJsonArray listing;
     for (const Operation& operation : operations()) {
-        rows.append({operation.service, operation.name, className(operation.request),
+        // Where the service's client will post it, as the operation resolves
+        // its name against the base URL.
+        const QUrl url = configuredUrl(*operation.client).resolved(QUrl(operation.name));
+        const QString endpoint = QStringLiteral("POST ") + url.path();
+        rows.append({operation.service, operation.name, endpoint, className(operation.request),
                      className(operation.response)});
-        listing.append(QJsonObject{
-            {QStringLiteral("service"), operation.service},
-            {QStringLiteral("operation"), operation.name},
-            {QStringLiteral("request"), className(operation.request)},
-            {QStringLiteral("response"), className(operation.response)},
-            {QStringLiteral("path"),
-             QUrl(QString::fromLatin1(operation.client->defaultUrl)).path() + operation.name}});
+        listing.append(QJsonObject{{QStringLiteral("service"), operation.service},
+                                   {QStringLiteral("operation"), operation.name},
+                                   {QStringLiteral("endpoint"), endpoint},
+                                   {QStringLiteral("url"), url.toString()},
+                                   {QStringLiteral("request"), className(operation.request)},
+                                   {QStringLiteral("response"), className(operation.response)},
+                                   {QStringLiteral("path"), url.path()}});
     }
     if (line.json)
         out << QString::fromUtf8(QJsonDocument(listing).toJson(QJsonDocument::Indented));
@@ -173,15 +190,20 @@ int opsCommand(const CommandLine& line, QTextStream& out) {
 int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
     const QString& name = line.arguments[0];
     const QList<QMetaType> found = findRecords(name);
-    if (found.isEmpty()) {
-        err << "vesk: no record named \"" << name << "\"\n";
-        return exitCode::usage;
-    }
+    if (found.isEmpty())
+        return usageError(err,
+                          QStringLiteral("no record named \"%1\"%2")
+                              .arg(name, didYouMean(name, recordNamesLike(name))),
+                          line.command);
     if (found.size() > 1) {
-        err << "vesk: \"" << name << "\" names more than one record:\n";
+        error(err) << "\"" << name << "\" names more than one record:\n";
         for (const QMetaType& type : found)
             err << "  " << type.name() << '\n';
         return exitCode::usage;
+    }
+    if (line.example) {
+        out << recordExampleJson(*found.first().metaObject());
+        return exitCode::success;
     }
     QList<QStringList> rows;
     QJsonArray listing;
@@ -211,18 +233,31 @@ int openApiCommand(const CommandLine& line, QTextStream& out, QTextStream& err) 
     QSaveFile file(line.arguments[0]);
     if (!file.open(QIODevice::WriteOnly) || file.write(document) != document.size() ||
         !file.commit()) {
-        err << "vesk: cannot write " << line.arguments[0] << ": " << file.errorString() << '\n';
+        error(err) << "cannot write " << line.arguments[0] << ": " << file.errorString() << '\n';
         return exitCode::failure;
     }
     return exitCode::success;
 }
 
-int demoCommand(const CommandLine& line, QTextStream& out) {
+int demoCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
     demo::Options options;
     options.external = line.external;
     if (!line.listenHost.isEmpty()) {
         options.host = line.listenHost;
         options.port = line.listenPort;
+    }
+    if (!line.base.isEmpty()) {
+        // The emulator's address, as --listen gives it; checked already.
+        QString why;
+        const QUrl base = *parseBaseUrl(line.base, &why);
+        if (!line.listenHost.isEmpty() || base.scheme() != QLatin1String("http"))
+            return usageError(
+                err,
+                QStringLiteral("--base: the demo's emulator is at one http://HOST:PORT, "
+                               "given by --base or --listen, not both"),
+                line.command);
+        options.host = base.host();
+        options.port = quint16(base.port(80));
     }
     return line.rehearseFailures ? demo::rehearseFailures(options, out)
                                  : demo::runWholeSale(options, out);

@@ -27,20 +27,20 @@ struct OperationRequest {
 std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QTextStream& in,
                                                      QTextStream& err);
 
-// vesk call SERVICE OPERATION [JSON | @FILE | -] [--strict] [--timeout MS]
-//           [--connect-timeout MS] [--cacert FILE]
+// vesk call SERVICE OPERATION [JSON | @FILE | -] [--strict] [--timeout DURATION]
+//           [--connect-timeout DURATION] [--cacert FILE]
 int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in);
 
 // vesk ops [--json]
 int opsCommand(const CommandLine& line, QTextStream& out);
 
-// vesk record NAME [--json]
+// vesk record NAME [--json | --example]
 int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
 
 // vesk openapi [FILE]: the services' contract as an OpenAPI 3.1 document.
 int openApiCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
 
-// vesk demo [--external] [--listen HOST:PORT]
-int demoCommand(const CommandLine& line, QTextStream& out);
+// vesk demo [--external] [--listen HOST:PORT | --base URL]
+int demoCommand(const CommandLine& line, QTextStream& out, QTextStream& err);
 
 } // namespace vesk::cli

@@ -19,6 +19,7 @@ QString plain(const QVariant& value) {
 class Writer {
 public:
     QString text;
+    bool markFractions = false;
 
     void object(const QVariantMap& object, const QMetaObject* record, int depth) {
         if (object.isEmpty()) {
@@ -72,15 +73,20 @@ private:
             indent(depth);
             text += QLatin1Char(']');
         } else {
-            text += plain(value);
+            const QString written = plain(value);
+            text += written;
+            if (markFractions && value.typeId() == QMetaType::Double &&
+                !written.contains(QLatin1Char('.')) && !written.contains(QLatin1Char('e')))
+                text += QStringLiteral(".0");
         }
     }
 };
 
 } // namespace
 
-QString orderedJson(const QVariantMap& object, const QMetaObject& record) {
+QString orderedJson(const QVariantMap& object, const QMetaObject& record, bool markFractions) {
     Writer writer;
+    writer.markFractions = markFractions;
     writer.object(object, &record, 0);
     return writer.text + QLatin1Char('\n');
 }

@@ -10,6 +10,8 @@
 #include <QSettings>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace vesk::cli {
 namespace {
 
@@ -38,6 +40,23 @@ bool parseUrl(const QString& text, UrlSetting* setting, QString* error) {
     }
     setting->service = operationsOf(service).first();
     setting->url = url;
+    return true;
+}
+
+// --base URL for the services that no --url names: each service's default
+// path on that scheme, host and port.
+bool addBaseUrls(const QString& text, QList<UrlSetting>* urls, QString* error) {
+    const std::optional<QUrl> base = parseBaseUrl(text, error);
+    if (!base)
+        return false;
+    for (const QString& service : serviceNames()) {
+        const Operation* first = operationsOf(service).first();
+        const bool named = std::any_of(urls->begin(), urls->end(), [&](const UrlSetting& setting) {
+            return setting.service->service == service;
+        });
+        if (!named)
+            urls->append({first, serviceUrlAt(*base, *first->client).toString()});
+    }
     return true;
 }
 
@@ -74,6 +93,32 @@ bool checkConfigFile(const QString& file, QString* error) {
 
 } // namespace
 
+std::optional<QUrl> parseBaseUrl(const QString& text, QString* error) {
+    const QUrl url(text, QUrl::StrictMode);
+    const QString scheme = url.scheme();
+    if (!url.isValid() || url.host().isEmpty() ||
+        (scheme != QLatin1String("http") && scheme != QLatin1String("https")) ||
+        (!url.path().isEmpty() && url.path() != QLatin1String("/")) || url.hasQuery() ||
+        url.hasFragment()) {
+        *error = QStringLiteral("--base \"%1\": expected http://HOST:PORT or https://HOST:PORT, "
+                                "without a path")
+                     .arg(text);
+        return std::nullopt;
+    }
+    return url.adjusted(QUrl::RemovePath);
+}
+
+QUrl serviceUrlAt(const QUrl& base, const ServiceDescription& service) {
+    QUrl url = base;
+    url.setPath(QUrl(QString::fromLatin1(service.defaultUrl)).path());
+    return url;
+}
+
+QUrl configuredUrl(const ServiceDescription& service) {
+    return baseUrlOf(Singleton<Config>::getInstance()->value(
+        QString::fromLatin1(service.configKey), QString::fromLatin1(service.defaultUrl)));
+}
+
 bool applyProcessSettings(const CommandLine& line, bool applyUrls, QString* error) {
     QList<UrlSetting> urls;
     for (const QString& text : line.urls) {
@@ -82,6 +127,8 @@ bool applyProcessSettings(const CommandLine& line, bool applyUrls, QString* erro
             return false;
         urls.append(setting);
     }
+    if (!line.base.isEmpty() && !addBaseUrls(line.base, &urls, error))
+        return false;
     if (!line.configFile.isEmpty() && !checkConfigFile(line.configFile, error))
         return false;
     if (applyUrls) {

@@ -41,7 +41,37 @@ QStringList qualifiedCandidates(const QString& name) {
     return candidates;
 }
 
+// `record` and the entry records of its lists, at every depth, once each.
+void collectRecords(const QMetaObject* record, QList<const QMetaObject*>* found) {
+    if (found->contains(record))
+        return;
+    found->append(record);
+    for (const records::Member& member : records::membersOf(*record))
+        if (member.entry)
+            collectRecords(member.entry, found);
+}
+
 } // namespace
+
+QStringList recordNamesLike(const QString& name) {
+    QList<const QMetaObject*> found;
+    for (const Operation& operation : operations()) {
+        collectRecords(operation.request, &found);
+        collectRecords(operation.response, &found);
+    }
+    const QString vesk = QStringLiteral("vesk::");
+    QStringList names;
+    for (const QMetaObject* record : found) {
+        const QString qualified = QString::fromLatin1(record->className());
+        const QString written = name.startsWith(vesk) ? qualified
+                                : name.contains(QLatin1String("::"))
+                                    ? qualified.mid(vesk.size())
+                                    : qualified.section(QStringLiteral("::"), -1);
+        if (!names.contains(written))
+            names.append(written);
+    }
+    return names;
+}
 
 bool isRecord(const QMetaType& type) {
     if (!type.isValid() || !(type.flags() & QMetaType::IsGadget))

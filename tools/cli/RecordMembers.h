@@ -4,6 +4,7 @@
 #include <QMetaObject>
 #include <QMetaType>
 #include <QString>
+#include <QStringList>
 
 namespace vesk::cli {
 
@@ -26,6 +27,12 @@ bool isRecord(const QMetaType& type);
 // ("disc::LinesEntryRequest") or a class name alone ("LinesEntryRequest"),
 // which may name a record of more than one service. Empty when none matches.
 QList<QMetaType> findRecords(const QString& name);
+
+// The names of every record of the operations, requests, responses and their
+// entries, written as `name` is: qualified when it starts with "vesk::",
+// without "vesk::" when it holds "::", else class names alone. For
+// suggesting the record that a misspelt name meant.
+QStringList recordNamesLike(const QString& name);
 
 // The members of a record, base record's first, in declared order.
 QList<RecordMember> recordMembers(const QMetaType& record);

@@ -1,5 +1,7 @@
 #include "RequestCheck.h"
 
+#include "Suggestion.h"
+
 #include <vesk/records/Members.h>
 
 #include <QDateTime>
@@ -109,14 +111,22 @@ public:
             const QString where = path + QLatin1Char('.') + it.key();
             const Member* member = find(members, it.key());
             if (!member)
-                add(where, QStringLiteral("names no member of %1")
-                               .arg(QString::fromLatin1(record.className())));
+                add(where, QStringLiteral("names no member of %1%2")
+                               .arg(QString::fromLatin1(record.className()),
+                                    didYouMean(it.key(), keysOf(members))));
             else
                 value(it.value(), *member, where);
         }
     }
 
 private:
+    static QStringList keysOf(const QList<Member>& members) {
+        QStringList keys;
+        for (const Member& member : members)
+            keys.append(QString::fromLatin1(member.key));
+        return keys;
+    }
+
     static const Member* find(const QList<Member>& members, const QString& key) {
         for (const Member& member : members)
             if (key == QLatin1String(member.key))

@@ -9,8 +9,10 @@ namespace vesk::cli {
 
 // One thing in a request object that the record would not take as it is.
 struct RequestProblem {
-    QString path;    // the JSON path of the key: "$.lines[0].quantity"
-    QString problem; // "names no member of vesk::disc::LinesEntryRequest", "17 is not text"
+    QString path; // the JSON path of the key: "$.lines[0].quantity"
+    // "names no member of vesk::disc::LinesEntryRequest", with "; did you mean
+    // quantity?" when a member's key is close; "17 is not text"
+    QString problem;
 
     QString text() const { return path + QLatin1Char(' ') + problem; }
     bool operator==(const RequestProblem& other) const {

@@ -1,5 +1,7 @@
 #include "RequestInput.h"
 
+#include "JsonSyntaxError.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -86,9 +88,14 @@ std::optional<QVariantMap> readRequest(const QString& source, QTextStream& in, Q
                          .arg(origin, describe(*value));
             return std::nullopt;
         }
-        *error = QStringLiteral("the request in %1 is not valid JSON: %2 at offset %3")
-                     .arg(origin, parse.errorString())
-                     .arg(parse.offset);
+        // Qt's error names a guess at the mistake ("missing comma" where a
+        // value is missing); a second parser tells what was expected where.
+        const std::optional<JsonSyntaxError> syntax = findJsonSyntaxError(text);
+        *error = syntax ? QStringLiteral("the request in %1 is not valid JSON: %2")
+                              .arg(origin, syntax->text())
+                        : QStringLiteral("the request in %1 is not valid JSON: %2 at offset %3")
+                              .arg(origin, parse.errorString())
+                              .arg(parse.offset);
         return std::nullopt;
     }
     if (!document.isObject()) {
