@@ -34,6 +34,14 @@ inline const QByteArray replyUndecodable = QByteArrayLiteral("reply-undecodable"
 inline const QByteArray replyOverLimit = QByteArrayLiteral("reply-over-limit");
 } // namespace failure
 
+// With connection-lost: how the connection ended before any reply, "closed"
+// by the server without a word, or "reset" (or broken otherwise).
+inline const QByteArray connectionEndHeader = QByteArrayLiteral(":connection-end");
+namespace connectionEnd {
+inline const QByteArray closed = QByteArrayLiteral("closed");
+inline const QByteArray reset = QByteArrayLiteral("reset");
+} // namespace connectionEnd
+
 // The texts that end a failure's message, one for each side of the line.
 inline const char* const nothingSent = "; nothing was sent";
 inline const char* const maybeReceived =

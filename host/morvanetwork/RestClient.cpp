@@ -639,13 +639,16 @@ http::Response RestClient::Private::outcome(CURLcode code, Exchange& exchange, l
                         QStringLiteral("No reply from %1 within %2 ms").arg(shownUrl, timeout));
         // libcurl ends a reply that closes after its status line without an
         // error; a retry refused by onPrerequest is the connection dying too.
-        const QString detail =
-            code == CURLE_OK || code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_GOT_NOTHING
-                ? QStringLiteral("it closed")
-                : curlDetail(code);
-        return fail(Failure::Network, report::failure::connectionLost,
-                    QStringLiteral("The connection to %1 was lost before the reply: %2")
-                        .arg(shownUrl, detail));
+        const bool closed =
+            code == CURLE_OK || code == CURLE_ABORTED_BY_CALLBACK || code == CURLE_GOT_NOTHING;
+        const QString detail = closed ? QStringLiteral("it closed") : curlDetail(code);
+        http::Response lost =
+            fail(Failure::Network, report::failure::connectionLost,
+                 QStringLiteral("The connection to %1 was lost before the reply: %2")
+                     .arg(shownUrl, detail));
+        lost.headers.insert(report::connectionEndHeader,
+                            closed ? report::connectionEnd::closed : report::connectionEnd::reset);
+        return lost;
     }
     if (code != CURLE_OK) {
         // Nothing left: no connection, or no secure one.

@@ -59,8 +59,8 @@ TEST(Help, ListsTheExitStatusesByKindOfFailure) {
                              "timeout\n",
                              "  28  the request was sent and no reply came within the timeout\n",
                              "  35  no secure connection (TLS handshake or certificate)\n",
-                             "  52  the connection ended before any reply (closed or reset)\n",
-                             "  56  the connection broke off while the reply arrived\n",
+                             "  52  the server closed the connection without any reply\n",
+                             "  56  the connection broke: reset, or cut while the reply arrived\n",
                              "  63  the reply is larger than the transport's limit\n"})
         EXPECT_TRUE(run.out.contains(QString::fromUtf8(line))) << line;
 }

@@ -6,6 +6,7 @@
 #include <morva/RestClient.h>
 
 #include "support/ConfigScope.h"
+#include "support/FaultServer.h"
 #include "support/LogCapture.h"
 #include "support/LoopbackServer.h"
 #include "support/RawServer.h"
@@ -27,6 +28,7 @@ namespace {
 
 using vesk::test::closedPort;
 using vesk::test::ConfigScope;
+using vesk::test::FaultServer;
 using vesk::test::LogCapture;
 using vesk::test::LoopbackServer;
 using vesk::test::RawServer;
@@ -409,7 +411,28 @@ TEST(RestClientTest, ServerClosingBeforeAnsweringIsNetworkFailure) {
     EXPECT_TRUE(response.error.text().endsWith(
         QStringLiteral("; the request was sent, so the server may have received it")));
     EXPECT_EQ(response.headers.value(":failure"), "connection-lost");
+    EXPECT_EQ(response.headers.value(":connection-end"), "closed");
     EXPECT_EQ(server.connections(), 1);
+}
+
+TEST(RestClientTest, ServerResettingBeforeAnsweringIsConnectionLostByReset) {
+    FaultServer server([](const FaultServer::Request&) {
+        FaultServer::Answer answer;
+        answer.then = FaultServer::Answer::Then::Reset;
+        return answer;
+    });
+    RestClient client(testSettings());
+
+    const auto started = Clock::now();
+    const http::Response response = exchange(client, makeRequest("POST", server.url("/x"), "{}"));
+
+    expectFailure(
+        response, Failure::Network,
+        QStringLiteral("The connection to %1 was lost before the reply: ").arg(server.url("/x")));
+    EXPECT_EQ(response.headers.value(":failure"), "connection-lost");
+    EXPECT_EQ(response.headers.value(":connection-end"), "reset");
+    EXPECT_EQ(response.headers.value(":request-sent"), "yes");
+    EXPECT_LT(Clock::now() - started, std::chrono::seconds(5));
 }
 
 TEST(RestClientTest, BodyCutShortByClosedConnectionIsContentFailure) {

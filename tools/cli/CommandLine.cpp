@@ -179,8 +179,8 @@ const QString exitStatus =
                    "  7   no connection: refused, or not made within the connect timeout\n"
                    "  28  the request was sent and no reply came within the timeout\n"
                    "  35  no secure connection (TLS handshake or certificate)\n"
-                   "  52  the connection ended before any reply (closed or reset)\n"
-                   "  56  the connection broke off while the reply arrived\n"
+                   "  52  the server closed the connection without any reply\n"
+                   "  56  the connection broke: reset, or cut while the reply arrived\n"
                    "  63  the reply is larger than the transport's limit\n"
                    "  64  wrong usage or input\n");
 

@@ -152,7 +152,7 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
         return exitCode::success;
     } catch (const NetworkException& e) {
         error(err) << "network: " << e.message().text() << '\n';
-        const int code = exitCodeOf(lastCallOutcome().failure());
+        const int code = exitCodeOf(lastCallOutcome().failure(), client->last());
         return code == exitCode::success ? exitCode::networkError : code;
     } catch (const Exception& e) {
         const http::Response reply = client->last();

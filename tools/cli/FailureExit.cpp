@@ -2,9 +2,11 @@
 
 #include "ExitCodes.h"
 
+#include <transport/TransportReport.h>
+
 namespace vesk::cli {
 
-int exitCodeOf(CallOutcome::Failure failure) {
+int exitCodeOf(CallOutcome::Failure failure, const http::Response& reply) {
     using Failure = CallOutcome::Failure;
     switch (failure) {
     case Failure::None:
@@ -18,10 +20,14 @@ int exitCodeOf(CallOutcome::Failure failure) {
         return exitCode::tlsFailed;
     case Failure::NoReply:
         return exitCode::timedOut;
-    case Failure::ConnectionLost:
-        return exitCode::emptyReply;
+    case Failure::ConnectionLost: {
+        namespace report = vesk::transport;
+        return reply.headers.value(report::connectionEndHeader) == report::connectionEnd::closed
+                   ? exitCode::emptyReply
+                   : exitCode::connectionLost;
+    }
     case Failure::ReplyCut:
-        return exitCode::replyCut;
+        return exitCode::connectionLost;
     case Failure::ReplyOverLimit:
         return exitCode::replyTooLarge;
     case Failure::ServiceError:
