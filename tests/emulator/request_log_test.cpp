@@ -121,7 +121,9 @@ TEST_F(RequestLogTest, LinesAreStampedWhenWrittenSoTheirTimesNeverGoBackwards) {
     ASSERT_EQ(lines.size(), 81) << log.all();
     EXPECT_TRUE(lines.last().contains(QStringLiteral(" fault=delay"))) << log.all();
     for (int i = 1; i < lines.size(); ++i)
-        EXPECT_LE(lines[i - 1].left(24), lines[i].left(24)) << "line " << i << "\n" << log.all();
+        EXPECT_LE(lines[i - 1].left(24).toStdString(), lines[i].left(24).toStdString())
+            << "line " << i << "\n"
+            << log.all();
 }
 
 TEST_F(RequestLogTest, ReplyToAClientThatGaveUpIsLoggedAsNotDelivered) {

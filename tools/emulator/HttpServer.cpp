@@ -19,7 +19,7 @@ HttpServer::HttpServer() {
     set_tcp_nodelay(true);
     set_keep_alive_max_count(std::numeric_limits<size_t>::max());
     set_keep_alive_timeout(idleSeconds);
-    new_task_queue = [] { return new WorkerPool(workerLimit); };
+    new_task_queue = [] { return new WorkerPool(workersReady, workerLimit); };
 }
 
 int HttpServer::bindAndListen(const std::string& host, int port) {

@@ -22,7 +22,10 @@ public:
     static constexpr int idleSeconds = 300;
     // As deep as the system lets it be (net.core.somaxconn caps it).
     static constexpr int listenBacklog = 4096;
-    // Workers at most: connections beyond this wait for one to close.
+    // Workers ready from the start, so that a store's burst of tills does not
+    // wait for threads to be made, and at most: connections beyond the limit
+    // wait for one to close.
+    static constexpr size_t workersReady = 64;
     static constexpr size_t workerLimit = 1024;
 
     HttpServer();

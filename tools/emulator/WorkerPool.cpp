@@ -1,9 +1,15 @@
 #include "WorkerPool.h"
 
+#include <algorithm>
+
 namespace vesk::emulator {
 
-WorkerPool::WorkerPool(size_t limit)
-    : limit_(limit) {}
+WorkerPool::WorkerPool(size_t ready, size_t limit)
+    : limit_(limit) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    while (threads_.size() < std::min(ready, limit_))
+        threads_.emplace_back([this] { work(); });
+}
 
 WorkerPool::~WorkerPool() {
     shutdown();

@@ -14,13 +14,13 @@ namespace vesk::emulator {
 // The workers of the HTTP server. cpp-httplib serves a connection on one
 // worker for as long as the connection stays open, so a fixed pool smaller
 // than the tills that keep their connections would leave the others waiting
-// in the queue. This pool makes a worker whenever a connection comes and none
-// is free, up to `limit`, and keeps it for the next ones. Workers are made by
-// the thread that enqueues (the server's accept loop) and inherit its signal
-// mask.
+// in the queue. This pool starts `ready` workers, then makes one whenever a
+// connection comes and none is free, up to `limit`, and keeps it for the next
+// ones. Workers are made by the thread that makes the pool and enqueues (the
+// server's accept loop) and inherit its signal mask.
 class WorkerPool : public httplib::TaskQueue {
 public:
-    explicit WorkerPool(size_t limit);
+    WorkerPool(size_t ready, size_t limit);
     ~WorkerPool() override;
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
