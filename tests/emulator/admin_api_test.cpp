@@ -7,14 +7,12 @@
 
 #include <emulator/FaultRules.h>
 #include <emulator/LogFilter.h>
-#include <emulator/RequestLog.h>
 #include <emulator/SeedData.h>
 
 #include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTimeZone>
 
 #include <gmock/gmock.h>
 
@@ -144,24 +142,6 @@ TEST_F(AdminApiTest, ResetBringsSpentBonusesAndTokensBackToTheSeed) {
     EXPECT_EQ(send(port(), "POST", "/_emulator/reset").body, (QJsonObject{{"reset", true}}));
     EXPECT_EQ(token(), first); // and start again from the seed's state
     EXPECT_EQ(balance(first), seeded);
-}
-
-TEST(RequestLog, OneLineWithTimeOperationStatusCodeDurationAndFault) {
-    const QDateTime arrived(QDate(2026, 11, 20), QTime(9, 30, 0, 123), QTimeZone::utc());
-    EXPECT_EQ(requestLine({arrived, QStringLiteral("itemInfo"), 200, 0, 3, QString()}),
-              QStringLiteral("2026-11-20T09:30:00.123Z itemInfo 200 3 ms"));
-    EXPECT_EQ(requestLine({arrived, QStringLiteral("itemInfo"), 404, 1001, 2, QString()}),
-              QStringLiteral("2026-11-20T09:30:00.123Z itemInfo 404 code=1001 2 ms"));
-    EXPECT_EQ(
-        requestLine({arrived, QStringLiteral("commitCheque"), 0, 0, 1000, QStringLiteral("hang")}),
-        QStringLiteral("2026-11-20T09:30:00.123Z commitCheque - 1000 ms fault=hang"));
-    EXPECT_EQ(requestLine({arrived, QStringLiteral("commitCheque"), 0, 0, 4,
-                           QStringLiteral("reset,after"), QStringLiteral("operation=200")}),
-              QStringLiteral(
-                  "2026-11-20T09:30:00.123Z commitCheque - 4 ms fault=reset,after operation=200"));
-    EXPECT_EQ(requestLine({arrived, QStringLiteral("commitCheque"), 200, 0, 1, QString(),
-                           QStringLiteral("replayed")}),
-              QStringLiteral("2026-11-20T09:30:00.123Z commitCheque 200 1 ms replayed"));
 }
 
 TEST_F(AdminApiTest, EveryRequestIsLoggedAndBodiesOnlyAtDebugWithSecretsMasked) {

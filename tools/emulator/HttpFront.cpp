@@ -5,18 +5,17 @@
 #include "DiscountService.h"
 #include "FaultInjector.h"
 #include "FaultRules.h"
+#include "HttpServer.h"
 #include "LoyaltyService.h"
 #include "RepeatGuard.h"
 #include "RequestLog.h"
 #include "SalesService.h"
+#include "ServedConnection.h"
 #include "ServiceError.h"
 #include "StopSignal.h"
 
 #include <morva/Serder.h>
 
-#include <httplib.h>
-
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,7 +23,6 @@
 #include <csignal>
 
 #include <pthread.h>
-#include <sys/socket.h>
 
 namespace vesk::emulator {
 
@@ -39,11 +37,6 @@ constexpr size_t maxBodyBytes = 8 * 1024 * 1024;
 // Replies shorter than this go out as they are: compressing a few hundred
 // bytes costs the server more than it saves on the wire.
 constexpr qsizetype compressFromBytes = 1024;
-
-// Workers of the server's pool. A delay or a hang holds one for its length,
-// an idle kept-alive connection for a second: enough that a few of them
-// leave the others (and the admin API) served.
-constexpr size_t workerCount = 32;
 
 // Sets a JSON reply, gzip-compressed when it is large and the client takes
 // gzip. The media type carries its charset, which also keeps the HTTP
@@ -73,6 +66,14 @@ QByteArray replyError(const httplib::Request& request, httplib::Response& respon
 
 int codeOf(const HttpFront::Answer& answer) {
     return answer.status == 200 ? 0 : answer.object.value(QStringLiteral("code")).toInt();
+}
+
+// Why a reply that the handler has made will not reach the client, if it
+// will not: checked just before it is written.
+QString undelivered(const httplib::Request& request) {
+    const ServedConnection connection = ServedConnection::ofThisWorker(
+        request.local_port, request.remote_addr, request.remote_port);
+    return connection.clientGone() ? QStringLiteral("client closed") : QString();
 }
 
 QString methodAndPath(const httplib::Request& request) {
@@ -196,7 +197,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
                                const httplib::Request& request, httplib::Response& response) {
     QElapsedTimer timer;
     timer.start();
-    RequestRecord record = RequestRecord::arrivingNow(name);
+    RequestRecord record{name};
     const QByteArray body = QByteArray::fromStdString(request.body);
     logBody(name, "request", body);
 
@@ -215,7 +216,10 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     else
         logBody(name, "reply", played.body);
     record.status = played.status;
-    record.code = played.code;
+    if (played.status > 0 && played.status != 200)
+        record.code = played.code;
+    if (played.status > 0)
+        record.undelivered = undelivered(request);
     record.note = played.note;
     record.ms = timer.elapsed();
     ++served_;
@@ -225,13 +229,14 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
 void HttpFront::serveOther(const httplib::Request& request, httplib::Response& response) {
     QElapsedTimer timer;
     timer.start();
-    RequestRecord record = RequestRecord::arrivingNow(methodAndPath(request));
+    RequestRecord record{methodAndPath(request)};
     const QString path = QString::fromStdString(request.path);
     if (admin_ && AdminApi::isAdminPath(request.path)) {
+        // An admin call is logged by its path and status: its refusals' codes
+        // only repeat the status.
         const Answer answered =
             admin_->answer(request.method, request.path, QByteArray::fromStdString(request.body));
         replyJson(request, response, answered.status, answered.object);
-        record.code = codeOf(answered);
     } else {
         if (operations_.count(request.path))
             replyError(request, response, 405, code::wrongMethod,
@@ -243,6 +248,7 @@ void HttpFront::serveOther(const httplib::Request& request, httplib::Response& r
         ++served_;
     }
     record.status = response.status;
+    record.undelivered = undelivered(request);
     record.ms = timer.elapsed();
     logRequest(record);
 }
@@ -253,22 +259,8 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
             *error = QStringLiteral("the server is running already");
         return false;
     }
-    auto server = std::make_unique<httplib::Server>();
-    // Without SO_REUSEPORT (httplib's default on Linux), so that a second
-    // emulator on a port in use fails instead of sharing it.
-    server->set_socket_options([](socket_t socket) {
-        int yes = 1;
-        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
-    });
-    server->set_tcp_nodelay(true);
-    server->set_keep_alive_max_count(1000);
-    // An idle kept-alive connection holds a worker until this runs out, and
-    // stop() waits for the workers: keep it short.
-    server->set_keep_alive_timeout(1);
+    auto server = std::make_unique<HttpServer>();
     server->set_payload_max_length(maxBodyBytes);
-
-    // Hangs and delays hold workers: a pool of its own size.
-    server->new_task_queue = [] { return new httplib::ThreadPool(workerCount); };
 
     for (const auto& entry : operations_) {
         const std::string path = entry.first;
@@ -299,7 +291,7 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
                 status == 413
                     ? QStringLiteral("The body is larger than 8 MiB")
                     : QStringLiteral("The request could not be read (HTTP status %1)").arg(status));
-            logRequest(RequestRecord::arrivingNow(methodAndPath(request), status, status));
+            logRequest(RequestRecord{methodAndPath(request), status, status});
             return httplib::Server::HandlerResponse::Handled;
         }));
     server->set_exception_handler([](const httplib::Request& request, httplib::Response& response,
@@ -307,9 +299,7 @@ bool HttpFront::start(const QString& host, quint16 port, QString* error) {
         replyError(request, response, 500, code::internal, QStringLiteral("The emulator failed"));
     });
 
-    const std::string address = host.toStdString();
-    const int bound = port == 0 ? server->bind_to_any_port(address)
-                                : (server->bind_to_port(address, port) ? port : -1);
+    const int bound = server->bindAndListen(host.toStdString(), port);
     if (bound <= 0) {
         if (error)
             *error = QStringLiteral("cannot listen on %1:%2 (is the port in use, or the address "
@@ -342,7 +332,7 @@ void HttpFront::stop() {
     if (!server_)
         return;
     stop_->raise(); // the workers' waits end, so that the pool can be joined at once
-    server_->stop();
+    server_->stopServing();
     if (thread_.joinable())
         thread_.join();
     server_.reset();

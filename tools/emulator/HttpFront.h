@@ -12,7 +12,6 @@
 #include <thread>
 
 namespace httplib {
-class Server;
 struct Request;
 struct Response;
 } // namespace httplib
@@ -23,6 +22,7 @@ class AdminApi;
 class DiscountService;
 class FaultInjector;
 class FaultRules;
+class HttpServer;
 class LoyaltyService;
 class RepeatGuard;
 class SalesService;
@@ -87,7 +87,7 @@ private:
                         const httplib::Request& request, httplib::Response& response);
     void serveOther(const httplib::Request& request, httplib::Response& response);
 
-    std::unique_ptr<httplib::Server> server_;
+    std::unique_ptr<HttpServer> server_;
     std::map<std::string, Operation> operations_; // by path
     FaultRules* faults_;
     const AdminApi* admin_;

@@ -4,14 +4,18 @@
 
 #include <masking/SecretMasking.h>
 
+#include <mutex>
+
 namespace vesk::emulator {
 
-QString requestLine(const RequestRecord& record) {
-    QString line = record.arrived.toUTC().toString(Qt::ISODateWithMs) + QLatin1Char(' ') +
-                   record.what + QLatin1Char(' ') +
+QString requestLine(const QDateTime& written, const RequestRecord& record) {
+    QString line = written.toUTC().toString(Qt::ISODateWithMs) + QLatin1Char(' ') + record.what +
+                   QLatin1Char(' ') +
                    (record.status > 0 ? QString::number(record.status) : QStringLiteral("-"));
-    if (record.status > 0 && record.status != 200)
-        line += QStringLiteral(" code=%1").arg(record.code);
+    if (record.code)
+        line += QStringLiteral(" code=%1").arg(*record.code);
+    if (!record.undelivered.isEmpty())
+        line += QStringLiteral(" (not delivered: %1)").arg(record.undelivered);
     line += QStringLiteral(" %1 ms").arg(record.ms);
     if (!record.fault.isEmpty())
         line += QStringLiteral(" fault=") + record.fault;
@@ -21,7 +25,16 @@ QString requestLine(const RequestRecord& record) {
 }
 
 void logRequest(const RequestRecord& record) {
-    qCInfo(lcEmulator).noquote() << requestLine(record);
+    if (!lcEmulator().isInfoEnabled())
+        return;
+    // The stamp is taken and the line written under one lock, so that the
+    // workers' lines come out in the order of their times.
+    static std::mutex mutex;
+    static QDateTime last;
+    const std::lock_guard<std::mutex> lock(mutex);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    last = last.isValid() && now < last ? last : now; // a clock set back does not reorder
+    qCInfo(lcEmulator).noquote() << requestLine(last, record);
 }
 
 void logBody(const QString& what, const char* direction, const QByteArray& body) {

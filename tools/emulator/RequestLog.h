@@ -4,42 +4,40 @@
 #include <QDateTime>
 #include <QString>
 
+#include <optional>
+
 namespace vesk::emulator {
 
 // One request as the log shows it, in one line on "vesk.emulator" at info:
-//   2026-11-20T09:30:00.123Z itemInfo 200 3 ms
-//   2026-11-20T09:30:00.125Z itemInfo 404 code=1001 2 ms
-//   2026-11-20T09:30:00.130Z commitCheque - 1000 ms fault=hang
-//   2026-11-20T09:30:00.135Z commitCheque - 4 ms fault=reset,after operation=200
-//   2026-11-20T09:30:00.138Z commitCheque 200 1 ms replayed
-//   2026-11-20T09:30:00.140Z GET /_emulator/health 200 0 ms
-// The time is when the request arrived (UTC, milliseconds); then the
-// operation (or the method and path of any other request); the status, "-"
-// when no reply went out whole or at all; the service's code for an error
-// reply; how long the request took; the fault played, if any; and a note:
-// what the operation answered when a fault withheld it, whether the reply
-// was a repeat's ("replayed", "refused: same cheque, different body").
+//   2026-11-20T09:30:00.126Z itemInfo 200 3 ms
+//   2026-11-20T09:30:00.127Z itemInfo 404 code=1001 2 ms
+//   2026-11-20T09:30:01.130Z commitCheque - 1000 ms fault=hang
+//   2026-11-20T09:30:01.139Z commitCheque - 4 ms fault=reset,after operation=200
+//   2026-11-20T09:30:01.139Z commitCheque 200 1 ms replayed
+//   2026-11-20T09:30:02.512Z itemInfo 200 (not delivered: client closed) 502 ms fault=delay
+//   2026-11-20T09:30:02.540Z POST /_emulator/faults 201 0 ms
+// The time is when the line was written, at the end of the request (UTC,
+// milliseconds; the request arrived its duration earlier), so the lines are
+// in the order of their times; then the operation (or the method and path of
+// any other request); the status, "-" when no reply went out whole or at
+// all; the code of a refusal that carries one; whether the reply could not be
+// delivered; how long the request took; the fault played, if any; and a
+// note: what the operation answered when a fault withheld it, whether the
+// reply was a repeat's ("replayed", "refused: same cheque, different body").
 struct RequestRecord {
-    QDateTime arrived;
-    QString what;
-    int status = 0; // 0: no reply
-    int code = 0;   // shown when status is not 200
+    QString what = QString();
+    int status = 0;                         // 0: no reply
+    std::optional<int> code = std::nullopt; // a refusal's code, when it has one
     qint64 ms = 0;
-    QString fault;
+    QString fault = QString(); // the fault played
     QString note = QString();
-
-    // A request that arrives now.
-    static RequestRecord arrivingNow(const QString& what, int status = 0, int code = 0) {
-        RequestRecord record;
-        record.arrived = QDateTime::currentDateTimeUtc();
-        record.what = what;
-        record.status = status;
-        record.code = code;
-        return record;
-    }
+    QString undelivered = QString(); // why the reply did not reach the client: "client closed"
 };
 
-QString requestLine(const RequestRecord& record);
+QString requestLine(const QDateTime& written, const RequestRecord& record);
+
+// Writes the record's line, stamped now: lines written one after the other
+// never have times that go backwards, even if the clock does.
 void logRequest(const RequestRecord& record);
 
 // A body on "vesk.emulator.body" at debug, secrets masked:

@@ -10,6 +10,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <netdb.h>
+#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -30,42 +31,96 @@ bool addressOf(const sockaddr_storage& address, socklen_t length, std::string* h
     return true;
 }
 
-bool isConnection(int fd, int localPort, const std::string& peerAddress, int peerPort) {
+// An IP socket of this process whose own port is `localPort`. Read from
+// the address as it is: a scan asks this of every descriptor.
+bool hasLocalPort(int fd, int localPort) {
     sockaddr_storage address{};
     socklen_t length = sizeof(address);
-    if (::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0 ||
-        (address.ss_family != AF_INET && address.ss_family != AF_INET6))
+    if (::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        return false;
+    if (address.ss_family == AF_INET)
+        return ntohs(reinterpret_cast<const sockaddr_in&>(address).sin_port) == localPort;
+    if (address.ss_family == AF_INET6)
+        return ntohs(reinterpret_cast<const sockaddr_in6&>(address).sin6_port) == localPort;
+    return false;
+}
+
+bool isConnection(int fd, int localPort, const std::string& peerAddress, int peerPort) {
+    if (!hasLocalPort(fd, localPort))
+        return false;
+    sockaddr_storage address{};
+    socklen_t length = sizeof(address);
+    if (::getpeername(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0)
         return false;
     std::string host;
     int port = 0;
-    if (!addressOf(address, length, &host, &port) || port != localPort)
-        return false;
-    length = sizeof(address);
-    if (::getpeername(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        return false;
     return addressOf(address, length, &host, &port) && port == peerPort && host == peerAddress;
 }
 
-} // namespace
+// A connection accepted on `localPort` (the listening socket has no peer).
+bool isServedOn(int fd, int localPort) {
+    sockaddr_storage address{};
+    socklen_t length = sizeof(address);
+    return hasLocalPort(fd, localPort) &&
+           ::getpeername(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0;
+}
 
-ServedConnection ServedConnection::find(int localPort, const std::string& peerAddress,
-                                        int peerPort) {
+// Calls `visit` with each descriptor of the process until it returns true;
+// the descriptor it stopped at, or -1.
+template <class Visit>
+int findDescriptor(Visit visit) {
     DIR* descriptors = ::opendir("/proc/self/fd");
     if (!descriptors)
-        return ServedConnection(-1);
+        return -1;
     int found = -1;
     while (const dirent* entry = ::readdir(descriptors)) {
         char* end = nullptr;
         const long fd = std::strtol(entry->d_name, &end, 10);
         if (end == entry->d_name || *end != '\0' || fd == ::dirfd(descriptors))
             continue;
-        if (isConnection(int(fd), localPort, peerAddress, peerPort)) {
+        if (visit(int(fd))) {
             found = int(fd);
             break;
         }
     }
     ::closedir(descriptors);
-    return ServedConnection(found);
+    return found;
+}
+
+} // namespace
+
+ServedConnection ServedConnection::find(int localPort, const std::string& peerAddress,
+                                        int peerPort) {
+    return ServedConnection(
+        findDescriptor([&](int fd) { return isConnection(fd, localPort, peerAddress, peerPort); }));
+}
+
+ServedConnection ServedConnection::ofThisWorker(int localPort, const std::string& peerAddress,
+                                                int peerPort) {
+    // A worker serves one connection at a time; the descriptor it found last
+    // is checked again (a connection's addresses are unique), not looked for.
+    thread_local int last = -1;
+    if (last < 0 || !isConnection(last, localPort, peerAddress, peerPort))
+        last = find(localPort, peerAddress, peerPort).fd_;
+    return ServedConnection(last);
+}
+
+int ServedConnection::endReadingAll(int localPort) {
+    int ended = 0;
+    findDescriptor([&](int fd) {
+        if (isServedOn(fd, localPort) && ::shutdown(fd, SHUT_RD) == 0)
+            ++ended;
+        return false;
+    });
+    return ended;
+}
+
+bool ServedConnection::clientGone() const {
+    if (fd_ < 0)
+        return false;
+    pollfd watched{fd_, POLLRDHUP, 0};
+    return ::poll(&watched, 1, 0) > 0 &&
+           (watched.revents & (POLLRDHUP | POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
 bool ServedConnection::send(const QByteArray& bytes) const {

@@ -25,7 +25,21 @@ public:
     // `localPort`; invalid if there is none.
     static ServedConnection find(int localPort, const std::string& peerAddress, int peerPort);
 
+    // The same, for the request that this thread serves: the worker keeps
+    // what it found for the next requests of the connection.
+    static ServedConnection ofThisWorker(int localPort, const std::string& peerAddress,
+                                         int peerPort);
+
+    // Shuts down the reading side of every connection to local port
+    // `localPort`: a worker waiting for a next request sees the end of input
+    // and closes its connection, while a reply being written still goes out.
+    // For a server that has closed its listening socket. Returns how many.
+    static int endReadingAll(int localPort);
+
     bool isValid() const { return fd_ >= 0; }
+
+    // Whether the client has closed its side or reset the connection.
+    bool clientGone() const;
 
     // Writes all of `bytes` (never raising SIGPIPE); false if the client went.
     bool send(const QByteArray& bytes) const;
