@@ -86,7 +86,7 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "Development files of the Vesk point-of-sale client library
 Headers of libVeskIface (include/vesk) and of the host's libraries that it
 uses (include/morva), the VeskIface CMake package, the pkg-config file, and
-the README and changelog of the project.")
+the project's documents with example host programs in /usr/share/doc/vesk.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME vesk-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)

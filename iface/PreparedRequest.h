@@ -28,7 +28,9 @@ public:
     /// Performs the call the first time and keeps the record; later calls
     /// return the kept record. Use getResponseVariant() for a new exchange.
     /// Reply members that name no member are ignored; members that the reply
-    /// lacks keep their defaults.
+    /// lacks keep their defaults. Not to be called on one prepared request
+    /// from several threads at once, as it keeps the record: each thread
+    /// performs its own copy.
     /// @throws vesk::NetworkException, vesk::Exception as getResponseVariant().
     const R& response() & {
         if (!response_) {

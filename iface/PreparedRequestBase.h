@@ -30,8 +30,9 @@ public:
     /// Posts the body as a compact JSON object and returns the reply object
     /// as a QVariantMap when the status is 200 (an empty, non-JSON or
     /// non-object reply gives an empty map). Each call is a new exchange.
-    /// Calls sharing a client may come from any thread: the library performs
-    /// them one at a time on that client.
+    /// May be called from any thread, also on one prepared request from
+    /// several threads at once: calls that share a client are performed
+    /// one after the other on it, the others in parallel.
     /// @throws vesk::NetworkException when the transport failed: no reply, or
     ///         a reply cut short.
     /// @throws vesk::Exception for any status but 200, with the reply's

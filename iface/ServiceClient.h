@@ -27,8 +27,9 @@ struct ServiceDescription {
 /// preparation of a call. Operations never touch the network.
 ///
 /// A client is made on first use through its singleton
-/// (vesk::disc::Api::getInstance()) and lives until the process ends. Its
-/// operations only read it and may run on any thread; the calls that they
+/// (vesk::disc::Api::getInstance(); the first use may happen on several
+/// threads at once, and one client is made) and lives until the process
+/// ends. Its operations only read it and may run on any thread; the calls that they
 /// prepare share the client's one connection, so the library lets only one
 /// of them use it at a time.
 class ServiceClient {

@@ -37,8 +37,9 @@ namespace vesk::loyalty {
 ///
 /// Every operation only prepares its call: the endpoint's URL, the request's serialisation as the
 /// body and the shared HTTP client. Nothing is sent until the prepared request is performed,
-/// synchronously on the caller's thread; calls of one service share one HTTP client and must not
-/// overlap. A host may derive from the client and override any operation.
+/// synchronously on the caller's thread. Any thread may perform calls: those of one service share
+/// one HTTP client, so the library performs them one after the other, while calls of different
+/// services run in parallel. A host may derive from the client and override any operation.
 class Api : public ServiceClient, public Singleton<Api> {
 public:
     /// What tells this client from the other services' clients: the configuration key

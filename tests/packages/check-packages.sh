@@ -86,6 +86,9 @@ only libveskiface-dev \
     '\./usr/lib/pkgconfig/VeskIface\.pc' \
     '\./usr/lib/libVeskIface\.so -> libVeskIface\.so\.[0-9.]+' \
     '\./usr/share/doc/vesk/(README\.md|CHANGELOG\.md|LICENSE)' \
+    '\./usr/share/doc/vesk/tools/(cli|emulator)/README\.md' '\./usr/share/doc/vesk/bench/README\.md' \
+    '\./usr/share/doc/vesk/examples/typed-host/(CMakeLists\.txt|main\.cpp|ScannedItem\.h)' \
+    '\./usr/share/doc/vesk/tools/example-host/main\.cpp' \
     '\./usr/share/lintian/overrides/libveskiface-dev' \
     "$(docs libveskiface-dev)"
 only vesk-tools '\./usr/bin/vesk' '\./usr/bin/vesk-emulator' \
