@@ -10,10 +10,12 @@ cmake -S "$source" -B "$work/gtest-host" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C
     --log-level=WARNING >/dev/null
 cmake --build "$work/gtest-host" -j2 >/dev/null
 # Against the installed libraries only: the program finds them through its
-# RUNPATH into the prefix.
-ldd "$work/gtest-host/gtest-host" | grep -q "$prefix/lib/libVeskTesting.so" || {
+# RUNPATH into the prefix. Captured first: under pipefail, grep -q stopping
+# early would fail ldd.
+loaded=$(ldd "$work/gtest-host/gtest-host")
+if [[ "$loaded" != *"$prefix/lib/libVeskTesting.so"* ]]; then
     echo "gtest-host does not load libVeskTesting from $prefix:"
-    ldd "$work/gtest-host/gtest-host"
+    echo "$loaded"
     exit 1
-}
+fi
 ctest --test-dir "$work/gtest-host" --output-on-failure
