@@ -1,6 +1,7 @@
 # Debian packages of the install components, made by `make package`:
 #   libveskiface<major.minor>  runtime: libVeskIface and its soname link, nothing else
 #   libvesk-host-standins      stand-ins of the host's libMorva.so and libmorvanetwork.so
+#   libvesktesting<major.minor>  testing: libVeskTesting, the back-office double of hosts' tests
 #   libveskiface-dev           development: headers, CMake package, pkg-config file, docs
 #   vesk-tools                 tools: vesk, vesk-emulator, the seed and the contract
 # and <package>-dbgsym for the three with programs or libraries: those are
@@ -37,11 +38,14 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # dpkg-shlibdeps finds it in the build tree and leaves its dependency to the
 # exact one below. The stand-ins carry unversioned names, which it only
 # warns about.
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/iface)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/iface
+    ${PROJECT_BINARY_DIR}/testing)
 
 set(runtime_package libveskiface${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(standins_package libvesk-host-standins)
+set(testing_package libvesktesting${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(exact_runtime "${runtime_package} (= ${PROJECT_VERSION})")
+set(exact_testing "${testing_package} (= ${PROJECT_VERSION})")
 set(exact_standins "${standins_package} (= ${PROJECT_VERSION})")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
@@ -65,6 +69,24 @@ typed request and response records.
 The library loads the host's libMorva.so and libmorvanetwork.so. On a till
 the host provides them; elsewhere install libvesk-host-standins.")
 
+# The test double: on a developer's machine only, never on a till. Its
+# headers, link and pkg-config file are in the development package.
+set(CPACK_DEBIAN_TESTING_PACKAGE_NAME ${testing_package})
+get_target_property(testing_library VeskTesting OUTPUT_NAME)
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/debian/testing/shlibs
+    CONTENT "lib${testing_library} ${soversion} ${testing_package} (>= ${PROJECT_VERSION})\n")
+set(CPACK_DEBIAN_TESTING_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_BINARY_DIR}/debian/testing/shlibs ${CMAKE_CURRENT_LIST_DIR}/debian/triggers)
+set(CPACK_DEBIAN_TESTING_PACKAGE_DEPENDS "${exact_runtime}")
+set(CPACK_COMPONENT_TESTING_DESCRIPTION
+    "Back-office test double for the tests of Vesk point-of-sale hosts
+libVeskTesting answers a host's calls of the discount, loyalty and sales
+services inside the test process, as the test scripts them (records,
+service errors, network failures), and records the requests, so that a
+host's own code is tested without a server.
+.
+For development machines: a till's program never links it.")
+
 set(CPACK_DEBIAN_STANDINS_PACKAGE_NAME ${standins_package})
 set(CPACK_DEBIAN_STANDINS_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/debian/triggers)
 set(CPACK_COMPONENT_STANDINS_DESCRIPTION
@@ -81,12 +103,13 @@ the same names are the ones to use.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libveskiface-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "${exact_runtime}, ${exact_standins}, qt6-base-dev (>= 6.4)")
+    "${exact_runtime}, ${exact_standins}, ${exact_testing}, qt6-base-dev (>= 6.4)")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "Development files of the Vesk point-of-sale client library
 Headers of libVeskIface (include/vesk) and of the host's libraries that it
-uses (include/morva), the VeskIface CMake package, the pkg-config file, and
-the project's documents with example host programs in /usr/share/doc/vesk.")
+uses (include/morva) and of the back-office test double
+(include/vesk/testing), the VeskIface CMake package, the pkg-config files,
+and the project's documents with example host programs in /usr/share/doc/vesk.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME vesk-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION net)
@@ -106,8 +129,8 @@ sale or a load test against them.")
 # filled by DebianPackageTree.cmake. CPACK_STRIP_FILES stays off: it would
 # strip the files before that script copies their debug symbols out; the
 # script strips them itself.
-set(stripped_components runtime standins tools)
-set(CPACK_COMPONENTS_ALL runtime standins development tools)
+set(stripped_components runtime standins testing tools)
+set(CPACK_COMPONENTS_ALL runtime standins testing development tools)
 foreach(component IN LISTS stripped_components)
     string(TOUPPER ${component} upper)
     set(package ${CPACK_DEBIAN_${upper}_PACKAGE_NAME})

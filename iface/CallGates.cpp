@@ -5,6 +5,7 @@
 #include <QWeakPointer>
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace vesk::detail {
@@ -49,6 +50,9 @@ struct Registry {
     std::mutex lock;
     QHash<const RestClient*, Entry> live;
     std::vector<Reference> dead; // held references to clients destroyed meanwhile
+    // Services whose client went while no call was in flight, not yet told:
+    // each hears of it on its first call that fails because of it.
+    std::vector<ServiceUse> untold;
 };
 
 // Never destroyed: clients may outlive the library's statics at exit.
@@ -97,6 +101,31 @@ const Log4Qt::Logger* loggerLocked(const Registry& registry, const Entry* entry,
     return fallbackLogger();
 }
 
+// Why the calls of a service fail from now on. `during` names the call in
+// flight when the client went; without one the service hears it on the call
+// that fails.
+void warnOrphan(const ServiceUse& use, bool during) {
+    use.logger->warn(
+        QStringLiteral("The HTTP client of %1 was destroyed %2while %1 still uses it: "
+                       "its calls now fail with vesk::NetworkException. A substitute "
+                       "installed through MockFactory must outlive the services that "
+                       "took it.")
+            .arg(use.name, during ? QStringLiteral("during a call through it ") : QString()));
+}
+
+// Whether a call holds the client's gate. A call on the destroying thread
+// itself (from inside the client's own send()) is not seen: the lock is
+// re-entrant, and such a client is its own business.
+bool inFlight(CallGate& gate) {
+    if (!gate.exchange.try_lock())
+        return true;
+    gate.exchange.unlock();
+    return false;
+}
+
+// A client that goes while no call is in flight goes silently: a test's
+// substitute destroyed at its end, or a process-wide one at exit, is no
+// mistake until a service calls through it again.
 void forget(const RestClient* client) {
     Registry& r = registry();
     std::vector<ServiceUse> orphans;
@@ -112,18 +141,34 @@ void forget(const RestClient* client) {
             if (!reference.isNull())
                 r.dead.push_back(reference);
         }
+        r.untold.erase(std::remove_if(r.untold.begin(), r.untold.end(),
+                                      [](const ServiceUse& use) { return use.reference.isNull(); }),
+                       r.untold.end());
+        const bool during = inFlight(*entry.gate);
         for (const ServiceUse& use : entry.services) {
-            if (!use.reference.isNull())
+            if (use.reference.isNull())
+                continue;
+            if (during)
                 orphans.push_back(use);
+            else
+                r.untold.push_back(use);
         }
     }
-    for (const ServiceUse& use : orphans) {
-        use.logger->warn(
-            QStringLiteral("The HTTP client of %1 was destroyed while %1 still uses it: its calls "
-                           "now fail with vesk::NetworkException. A substitute installed through "
-                           "MockFactory must outlive the services that took it.")
-                .arg(use.name));
-    }
+    for (const ServiceUse& use : orphans)
+        warnOrphan(use, true);
+}
+
+// The service that `client` is the reference of, if it was not yet told that
+// its client is gone; it is told now. Called with the registry locked.
+std::optional<ServiceUse> takeUntold(Registry& r, const QSharedPointer<RestClient>& client) {
+    const auto it =
+        std::find_if(r.untold.begin(), r.untold.end(),
+                     [&client](const ServiceUse& use) { return use.reference == client; });
+    if (it == r.untold.end())
+        return std::nullopt;
+    ServiceUse use = std::move(*it);
+    r.untold.erase(it);
+    return use;
 }
 
 // The entry of the live client behind `client`, made if new (`made`), with
@@ -158,17 +203,21 @@ CallGates::Call CallGates::enter(const QSharedPointer<RestClient>& client, const
     Registry& r = registry();
     Call call;
     bool made = false;
+    std::optional<ServiceUse> untold;
     {
         std::lock_guard<std::mutex> lock(r.lock);
         if (holds(r.dead, client)) {
             call.destroyed = true;
             call.logger = loggerLocked(r, nullptr, url);
-            return call;
+            untold = takeUntold(r, client);
+        } else {
+            Entry& entry = entryLocked(r, client, made);
+            call.gate = entry.gate;
+            call.logger = loggerLocked(r, &entry, url);
         }
-        Entry& entry = entryLocked(r, client, made);
-        call.gate = entry.gate;
-        call.logger = loggerLocked(r, &entry, url);
     }
+    if (untold)
+        warnOrphan(*untold, false);
     if (made)
         watch(client.data());
     return call;

@@ -28,6 +28,11 @@ namespace vesk::detail {
 // reaching freed memory. A new client that the allocator puts at the same
 // address arrives through a reference of its own, and is served.
 //
+// A client destroyed while no call is in flight goes silently (a test's
+// substitute at the test's end, a process-wide one at exit): each service
+// that still uses it is told once, on its first call that fails because of
+// it. A client destroyed during a call through it is warned about at once.
+//
 // The gate also knows which services use the client, so that the library's
 // own diagnostics of a call go to the logger of the service that made it.
 // The client's own logger is the host's business: the library gives it one

@@ -20,7 +20,8 @@ docdir="$work/prefix/share/doc/vesk"
 missing=""
 for file in README.md CHANGELOG.md LICENSE tools/cli/README.md tools/emulator/README.md \
     bench/README.md examples/typed-host/CMakeLists.txt examples/typed-host/main.cpp \
-    examples/typed-host/ScannedItem.h tools/example-host/main.cpp; do
+    examples/typed-host/ScannedItem.h tools/example-host/main.cpp \
+    examples/gtest-host/scan_item_test.cpp examples/qttest-host/cheque_reservation_test.cpp; do
     [[ -f "$docdir/$file" ]] || missing+="  $file"$'\n'
 done
 if [[ -n $missing ]]; then

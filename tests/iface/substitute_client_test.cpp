@@ -67,6 +67,13 @@ TEST(SubstituteClient, InstalledBeforeTheServiceWasMadeIsUsedWithoutAWarning) {
     EXPECT_EQ(log.all(), "");
 }
 
+const QString lostClientWarning = QStringLiteral(
+    "vesksales warning: The HTTP client of vesk::sales::Api was destroyed while vesk::sales::Api "
+    "still uses it: its calls now fail with vesk::NetworkException. A substitute installed "
+    "through MockFactory must outlive the services that took it.");
+
+// A substitute destroyed at the end of a test, with no call in flight, is no
+// mistake yet: the service hears of it when it calls through it again.
 TEST(SubstituteClient, DestroyedWhileInUseMakesCallsFailInsteadOfReachingFreedMemory) {
     test::ConfigScope config;
     auto substitute = std::make_unique<test::ScriptedRestClient>();
@@ -78,12 +85,7 @@ TEST(SubstituteClient, DestroyedWhileInUseMakesCallsFailInsteadOfReachingFreedMe
 
     substitute.reset();
 
-    ASSERT_EQ(log.lines().size(), 1) << log.all();
-    EXPECT_EQ(log.lines().first(),
-              QStringLiteral("vesksales warning: The HTTP client of vesk::sales::Api was "
-                             "destroyed while vesk::sales::Api still uses it: its calls now fail "
-                             "with vesk::NetworkException. A substitute installed through "
-                             "MockFactory must outlive the services that took it."));
+    EXPECT_EQ(log.all(), "");
     const auto started = std::chrono::steady_clock::now();
     try {
         prepared.response();
@@ -92,8 +94,61 @@ TEST(SubstituteClient, DestroyedWhileInUseMakesCallsFailInsteadOfReachingFreedMe
         EXPECT_THAT(e.what(), HasSubstr("the HTTP client of this call was destroyed while still "
                                         "in use; nothing was sent"));
     }
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first(), lostClientWarning);
     EXPECT_THROW(api.itemInfo(anItem()).response(), NetworkException);
+    EXPECT_EQ(log.lines().size(), 1) << "told once: " << log.all();
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(1));
+}
+
+TEST(SubstituteClient, DestroyedWithNoServiceCallingAgainPrintsNothing) {
+    test::ConfigScope config;
+    auto substitute = std::make_unique<test::ScriptedRestClient>();
+    const auto api = test::apiOver<sales::Api>(*substitute);
+    api->itemInfo(anItem()).response();
+    test::LogCapture log;
+
+    substitute.reset();
+
+    EXPECT_EQ(log.all(), "");
+}
+
+// Holds its send() until released, so that the test can end the client's
+// life while a call is in flight. The end is announced through the
+// destroyed() signal, as ~QObject() does, so the object itself stays valid
+// for the call that it is carrying.
+class HeldClient : public test::ScriptedRestClient {
+public:
+    void send(const http::Request& request) override {
+        ScriptedRestClient::send(request);
+        entered.set_value();
+        released.get_future().wait();
+    }
+    std::promise<void> entered;
+    std::promise<void> released;
+};
+
+TEST(SubstituteClient, DestroyedDuringACallIsWarnedAboutAtOnce) {
+    test::ConfigScope config;
+    HeldClient substitute;
+    const auto api = test::apiOver<sales::Api>(substitute);
+    auto call = std::async(std::launch::async, [&api] { api->itemInfo(anItem()).response(); });
+    ASSERT_EQ(substitute.entered.get_future().wait_for(std::chrono::seconds(5)),
+              std::future_status::ready);
+    test::LogCapture log;
+
+    Q_EMIT substitute.destroyed(&substitute);
+
+    ASSERT_EQ(log.lines().size(), 1) << log.all();
+    EXPECT_EQ(log.lines().first(),
+              QStringLiteral("vesksales warning: The HTTP client of vesk::sales::Api was destroyed "
+                             "during a call through it while vesk::sales::Api still uses it: its "
+                             "calls now fail with vesk::NetworkException. A substitute installed "
+                             "through MockFactory must outlive the services that took it."));
+    substitute.released.set_value();
+    ASSERT_EQ(call.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    EXPECT_THROW(api->itemInfo(anItem()).response(), NetworkException);
+    EXPECT_EQ(log.lines().size(), 1) << "not told twice: " << log.all();
 }
 
 TEST(SubstituteClient, ServiceMadeAgainAtTheSameAddressWorksAfterTheOldOneWasDestroyed) {
@@ -184,10 +239,7 @@ TEST(SubstituteClient, ANewClientAtTheAddressOfADestroyedOneIsServed) {
     const auto old = test::apiOver<sales::Api>(*first);
     first->answer(200, R"({"name": "first"})");
     EXPECT_EQ(old->itemInfo(anItem()).response().name, QStringLiteral("first"));
-    {
-        test::LogCapture log; // the warning that `old` lost its client
-        first->~ScriptedRestClient();
-    }
+    first->~ScriptedRestClient();
 
     auto* second = new (storage) test::ScriptedRestClient;
     ASSERT_EQ(static_cast<void*>(second), static_cast<void*>(first));
@@ -203,8 +255,10 @@ TEST(SubstituteClient, ANewClientAtTheAddressOfADestroyedOneIsServed) {
     own.client = QSharedPointer<RestClient>(second, [](RestClient*) {});
     EXPECT_EQ(own.response().name, QStringLiteral("second"));
 
-    // The service that lost its client still refuses, and sends nothing.
+    // The service that lost its client still refuses, says why, and sends nothing.
+    test::LogCapture log;
     EXPECT_THROW(old->itemInfo(anItem()).response(), NetworkException);
+    EXPECT_EQ(log.lines(), QStringList{lostClientWarning});
     EXPECT_EQ(second->sent.size(), 2u);
     second->~ScriptedRestClient();
 }

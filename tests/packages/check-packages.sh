@@ -5,6 +5,8 @@
 #   never replaced by it, and it does not depend on the stand-ins;
 # - the stand-ins package holds libMorva.so and libmorvanetwork.so, and the
 #   tools and the development package depend on it and on the library;
+# - the test double's package holds libVeskTesting and its soname link, and
+#   the development package its header, link and pkg-config file;
 # - every shipped program and library is stripped and has no RUNPATH, and
 #   its debug symbols are in <package>-dbgsym under /usr/lib/debug/.build-id;
 # - lintian reports no error on any package.
@@ -31,8 +33,9 @@ for deb in "${debs[@]}"; do
 done
 [[ -n $runtime ]] || fail "no run-time package among: ${!deb_of[*]}"
 standins=libvesk-host-standins
-expected=("$runtime" "$standins" libveskiface-dev vesk-tools
-    "$runtime-dbgsym" "$standins-dbgsym" vesk-tools-dbgsym)
+testing=libvesktesting${runtime#libveskiface}
+expected=("$runtime" "$standins" "$testing" libveskiface-dev vesk-tools
+    "$runtime-dbgsym" "$standins-dbgsym" "$testing-dbgsym" vesk-tools-dbgsym)
 for package in "${expected[@]}"; do
     [[ -n ${deb_of[$package]:-} ]] || fail "no package $package among: ${!deb_of[*]}"
 done
@@ -79,23 +82,30 @@ only "$runtime" \
     '\./usr/lib/libVeskIface\.so\.[0-9.]+ -> libVeskIface\.so\.[0-9.]+' \
     "$(docs "$runtime")"
 only "$standins" '\./usr/lib/libMorva\.so' '\./usr/lib/libmorvanetwork\.so' "$(docs "$standins")"
+only "$testing" \
+    '\./usr/lib/libVeskTesting\.so\.[0-9]+\.[0-9]+\.[0-9]+' \
+    '\./usr/lib/libVeskTesting\.so\.[0-9.]+ -> libVeskTesting\.so\.[0-9.]+' \
+    "$(docs "$testing")"
 only libveskiface-dev \
     '\./usr/include/vesk/vesk\.h' '\./usr/include/vesk/version\.h' '\./usr/include/vesk/.+\.h' \
     '\./usr/include/morva/(Config|RestClient|Tr)\.h' '\./usr/include/morva/.+\.h' \
     '\./usr/lib/cmake/VeskIface/VeskIfaceConfig\.cmake' '\./usr/lib/cmake/VeskIface/.+\.cmake' \
-    '\./usr/lib/pkgconfig/VeskIface\.pc' \
+    '\./usr/include/vesk/testing/FakeBackOffice\.h' \
+    '\./usr/lib/pkgconfig/VeskIface\.pc' '\./usr/lib/pkgconfig/VeskTesting\.pc' \
     '\./usr/lib/libVeskIface\.so -> libVeskIface\.so\.[0-9.]+' \
+    '\./usr/lib/libVeskTesting\.so -> libVeskTesting\.so\.[0-9.]+' \
     '\./usr/share/doc/vesk/(README\.md|CHANGELOG\.md|LICENSE)' \
     '\./usr/share/doc/vesk/tools/(cli|emulator)/README\.md' '\./usr/share/doc/vesk/bench/README\.md' \
     '\./usr/share/doc/vesk/examples/typed-host/(CMakeLists\.txt|main\.cpp|ScannedItem\.h)' \
     '\./usr/share/doc/vesk/tools/example-host/main\.cpp' \
+    '\./usr/share/doc/vesk/examples/(gtest|qttest)-host/[A-Za-z_]+\.(txt|h|cpp)' \
     '\./usr/share/lintian/overrides/libveskiface-dev' \
     "$(docs libveskiface-dev)"
 only vesk-tools '\./usr/bin/vesk' '\./usr/bin/vesk-emulator' \
     '\./usr/share/vesk/(seed\.json|seed\.schema\.json|openapi\.json)' \
     '\./usr/share/man/man1/vesk(-emulator)?\.1\.gz' \
     '\./usr/share/bash-completion/completions/vesk(-emulator)?' "$(docs vesk-tools)"
-for package in "$runtime" "$standins" vesk-tools; do
+for package in "$runtime" "$standins" "$testing" vesk-tools; do
     only "$package-dbgsym" '\./usr/lib/debug/\.build-id/[0-9a-f]{2}/[0-9a-f]+\.debug' \
         "\./usr/share/doc/${package//./\\.}-dbgsym -> ${package//./\\.}"
 done
@@ -116,7 +126,9 @@ for package in libveskiface-dev vesk-tools; do
     requires "$package" "$runtime (= $version)"
     requires "$package" "$standins (= $version)"
 done
-for package in "$runtime" "$standins" vesk-tools; do
+requires "$testing" "$runtime (= $version)"
+requires libveskiface-dev "$testing (= $version)"
+for package in "$runtime" "$standins" "$testing" vesk-tools; do
     requires "$package-dbgsym" "$package (= $version)"
 done
 requires "$runtime" "libqt6core6 (>= 6.4.0)"
@@ -128,7 +140,7 @@ echo "dependencies: as expected"
 # symbols in the dbgsym package, found by its build ID.
 root="$work/check-root"
 rm -rf "$root"
-for package in "$runtime" "$standins" libveskiface-dev vesk-tools; do
+for package in "$runtime" "$standins" "$testing" libveskiface-dev vesk-tools; do
     mkdir -p "$root/$package"
     dpkg-deb -x "${deb_of[$package]}" "$root/$package"
     dbgsym_files=""
