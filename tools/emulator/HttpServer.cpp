@@ -3,8 +3,6 @@
 #include "ServedConnection.h"
 #include "WorkerPool.h"
 
-#include <limits>
-
 #include <sys/socket.h>
 
 namespace vesk::emulator {
@@ -17,7 +15,9 @@ HttpServer::HttpServer() {
         ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
     });
     set_tcp_nodelay(true);
-    set_keep_alive_max_count(std::numeric_limits<size_t>::max());
+    // No cap a till could reach (a call a second for thirty years), and one
+    // that the Keep-Alive header's "max=" shows as a number any client reads.
+    set_keep_alive_max_count(1000000000);
     set_keep_alive_timeout(idleSeconds);
     new_task_queue = [] { return new WorkerPool(workersReady, workerLimit); };
 }
