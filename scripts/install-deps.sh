@@ -21,11 +21,11 @@ packages=(
     cmake make g++ pkg-config
     qt6-base-dev libqt6sql6-sqlite
     libcurl4-openssl-dev zlib1g-dev libsimdjson-dev
-    libcpp-httplib-dev
+    libcpp-httplib-dev rapidjson-dev
 )
 if [[ "$what" == all ]]; then
     packages+=(
-        libgtest-dev libgmock-dev libbenchmark-dev rapidjson-dev
+        libgtest-dev libgmock-dev libbenchmark-dev
         clang-14 libclang-rt-14-dev
         doxygen dpkg-dev lintian help2man man-db
     )
