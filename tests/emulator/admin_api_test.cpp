@@ -118,7 +118,8 @@ TEST_F(AdminApiTest, WrongMethodAndUnknownRouteAreRefused) {
     const Reply unknown = send(port(), "GET", "/_emulator/stats");
     EXPECT_EQ(unknown.status, 404);
     EXPECT_EQ(unknown.body.value("userMsg").toString(),
-              QStringLiteral("Nothing at /_emulator/stats (health, faults or reset)"));
+              QStringLiteral("Nothing at /_emulator/stats (health, faults, reset, requests, "
+                             "requests/find, requests/count or verify)"));
 }
 
 TEST_F(AdminApiTest, ResetBringsSpentBonusesAndTokensBackToTheSeed) {

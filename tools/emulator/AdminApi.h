@@ -1,8 +1,7 @@
 #pragma once
 
 #include "HttpFront.h"
-
-#include <QByteArray>
+#include "admin/AdminRoutes.h"
 
 #include <functional>
 #include <string>
@@ -10,16 +9,16 @@
 namespace vesk::emulator {
 
 class FaultRules;
+class Journal;
 
 // The emulator's own routes, under a prefix that no operation's path has:
 //   GET    /_emulator/health  {"status": "ok", "uptimeMs": N, "requestsServed": N,
-//                              "faultsActive": N}
-//   GET    /_emulator/faults  {"faults": [rule, ...]}, each rule as
-//                             faultRuleToJson() gives it with "fired" (and
-//                             "remaining" for a "times" rule)
-//   POST   /_emulator/faults  a rule (Fault.h: faultRuleFromJson); 201 with the rule
-//   DELETE /_emulator/faults  clears them all; {"cleared": N}
-//   POST   /_emulator/reset   every table back to the seed, as on a fresh start; {"reset": true}
+//                              "faultsActive": N, "journal": {...}}
+//   POST   /_emulator/reset   every table back to the seed, as on a fresh start, and
+//                             the journal emptied; {"reset": true}
+//   /_emulator/faults         the fault rules (admin/Routes.h)
+//   /_emulator/requests...    the request journal (admin/Routes.h)
+//   /_emulator/verify         verification against the journal (admin/Routes.h)
 // Failures come as the operations' do: {"code": N, "userMsg": "..."} with
 // the status as the code (400, 404, 405, 500).
 class AdminApi {
@@ -31,21 +30,16 @@ public:
         qint64 requestsServed = 0;
     };
     // `reset` restores the seed's state; false, with the reason, on failure.
-    AdminApi(FaultRules& faults, std::function<Health()> health,
+    AdminApi(FaultRules& faults, Journal& journal, std::function<Health()> health,
              std::function<bool(QString* error)> reset);
 
     static bool isAdminPath(const std::string& path);
 
     // The reply to one request on an admin path.
-    HttpFront::Answer answer(const std::string& method, const std::string& path,
-                             const QByteArray& body) const;
+    HttpFront::Answer answer(const AdminRequest& request) const { return routes_.answer(request); }
 
 private:
-    HttpFront::Answer faults(const std::string& method, const QByteArray& body) const;
-
-    FaultRules& faults_;
-    std::function<Health()> health_;
-    std::function<bool(QString*)> reset_;
+    AdminRoutes routes_;
 };
 
 } // namespace vesk::emulator

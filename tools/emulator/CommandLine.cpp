@@ -42,6 +42,10 @@ QString emulatorUsage() {
         "                      OPERATION \"*\" hits every operation; repeat for more rules.\n"
         "                      At run time: /_emulator/faults, /_emulator/reset and\n"
         "                      /_emulator/health on the same address (vesk emulator --help)\n"
+        "  --journal-size N    keep the last N requests of the operations in the journal\n"
+        "                      (default 10000; 0: no journal), for /_emulator/requests,\n"
+        "                      /_emulator/verify and vesk emulator journal | verify\n"
+        "  --journal-bytes N   and at most N bytes of them (default 67108864, 64 MiB)\n"
         "  --help              this text\n"
         "  --version           the versions of the emulator and of the library it loaded\n");
 }
@@ -56,7 +60,11 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
     const QCommandLineOption version(QStringLiteral("version"));
     const QCommandLineOption fault(QStringLiteral("fault"), QString(), QStringLiteral("SPEC"));
-    parser.addOptions({listen, db, seed, help, version, fault});
+    const QCommandLineOption journalSize(QStringLiteral("journal-size"), QString(),
+                                         QStringLiteral("N"));
+    const QCommandLineOption journalBytes(QStringLiteral("journal-bytes"), QString(),
+                                          QStringLiteral("N"));
+    parser.addOptions({listen, db, seed, help, version, fault, journalSize, journalBytes});
 
     const auto fail = [&](const QString& why) {
         if (error)
@@ -87,6 +95,20 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         line.options.seedFile = parser.value(seed);
         if (line.options.seedFile.isEmpty())
             return fail(QStringLiteral("--seed: the file name is empty"));
+    }
+    if (parser.isSet(journalSize)) {
+        bool ok = false;
+        line.options.journalEntries = parser.value(journalSize).toInt(&ok);
+        if (!ok || line.options.journalEntries < 0)
+            return fail(QStringLiteral("--journal-size: \"%1\" is not a number of requests from 0")
+                            .arg(parser.value(journalSize)));
+    }
+    if (parser.isSet(journalBytes)) {
+        bool ok = false;
+        line.options.journalBytes = parser.value(journalBytes).toLongLong(&ok);
+        if (!ok || line.options.journalBytes < 1)
+            return fail(QStringLiteral("--journal-bytes: \"%1\" is not a number of bytes from 1")
+                            .arg(parser.value(journalBytes)));
     }
     for (const QString& spec : parser.values(fault)) {
         QString why;

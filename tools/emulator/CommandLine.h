@@ -10,7 +10,7 @@ namespace vesk::emulator {
 
 // The command line of vesk-emulator:
 //     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--fault SPEC]...
-//                   [--help | --version]
+//                   [--journal-size N] [--journal-bytes N] [--help | --version]
 struct CommandLine {
     Options options;
     bool help = false;

@@ -10,6 +10,7 @@
 #include "SalesService.h"
 #include "SeedData.h"
 #include "Store.h"
+#include "journal/Journal.h"
 
 #include <QElapsedTimer>
 
@@ -31,7 +32,9 @@ struct Emulator::Running {
 
 Emulator::Emulator(Options options)
     : options_(std::move(options))
-    , faults_(std::make_unique<FaultRules>()) {}
+    , faults_(std::make_unique<FaultRules>())
+    , journal_(std::make_unique<Journal>(
+          Journal::Limits{options_.journalEntries, options_.journalBytes})) {}
 
 Emulator::~Emulator() {
     stop();
@@ -95,16 +98,17 @@ bool Emulator::start(QString* error) {
     for (const FaultRule& rule : options_.faults)
         faults_->add(rule);
     Running* running = running_.get();
+    journal_->clear();
     running_->admin = std::make_unique<AdminApi>(
-        *faults_,
+        *faults_, *journal_,
         [running] {
             return AdminApi::Health{running->uptime.elapsed(),
                                     running->front ? running->front->requestsServed() : 0};
         },
         [this](QString* error) { return reset(error); });
-    running_->front =
-        std::make_unique<HttpFront>(*running_->sales, *running_->discount, *running_->loyalty,
-                                    faults_.get(), running_->admin.get(), running_->repeats.get());
+    running_->front = std::make_unique<HttpFront>(
+        *running_->sales, *running_->discount, *running_->loyalty, faults_.get(),
+        running_->admin.get(), running_->repeats.get(), journal_.get());
     running_->uptime.start();
     if (!running_->front->start(options_.host, options_.port, &why))
         return fail(why);
@@ -140,11 +144,16 @@ bool Emulator::reset(QString* error) {
             *error = QString::fromUtf8(e.what());
         return false;
     }
+    journal_->clear();
     return true;
 }
 
 FaultRules& Emulator::faults() {
     return *faults_;
+}
+
+Journal& Emulator::journal() {
+    return *journal_;
 }
 
 quint16 Emulator::port() const {

@@ -11,6 +11,7 @@
 namespace vesk::emulator {
 
 class FaultRules;
+class Journal;
 
 struct Options {
     QString host = QStringLiteral("127.0.0.1");
@@ -18,6 +19,9 @@ struct Options {
     QString databaseFile; // empty: an in-memory database
     QString seedFile; // empty: the seed shipped with the emulator (compiled in as a Qt resource)
     QList<FaultRule> faults; // in force from the start, in this order
+    // The request journal's bounds (journal/Journal.h); 0 entries: no journal.
+    int journalEntries = 10000;
+    qint64 journalBytes = 64 * 1024 * 1024;
 };
 
 // The back office on one address: the sales, discount and loyalty services
@@ -40,12 +44,15 @@ public:
     void stop(); // ends delays and hangs in progress at once
 
     // Every table back to the seed kept in the database, as on a fresh
-    // start, in one transaction between the operations in flight. False,
-    // with the reason, when stopped or when the database fails.
+    // start, in one transaction between the operations in flight, and the
+    // journal emptied. False, with the reason, when stopped or when the
+    // database fails.
     bool reset(QString* error);
 
     // The fault rules in force (the admin API's too).
     FaultRules& faults();
+    // The operations' requests, as far as the journal keeps them.
+    Journal& journal();
 
     quint16 port() const;    // the bound port
     QString baseUrl() const; // "http://<host>:<port>"
@@ -57,6 +64,7 @@ private:
     struct Running;
     Options options_;
     std::unique_ptr<FaultRules> faults_;
+    std::unique_ptr<Journal> journal_;
     std::unique_ptr<Running> running_;
 };
 

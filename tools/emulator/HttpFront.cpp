@@ -13,10 +13,13 @@
 #include "ServedConnection.h"
 #include "ServiceError.h"
 #include "StopSignal.h"
+#include "journal/Journal.h"
 
 #include <morva/Serder.h>
 
+#include <QDateTime>
 #include <QElapsedTimer>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -76,6 +79,21 @@ QString undelivered(const httplib::Request& request) {
     return connection.clientGone() ? QStringLiteral("client closed") : QString();
 }
 
+// An admin request with its query: "where" may repeat, so it is a list.
+AdminRequest adminRequest(const httplib::Request& request) {
+    AdminRequest admin{request.method, request.path, QByteArray::fromStdString(request.body), {}};
+    QJsonArray where;
+    for (const auto& [name, value] : request.params) {
+        if (name == "where")
+            where.append(QString::fromStdString(value));
+        else
+            admin.query.insert(QString::fromStdString(name), QString::fromStdString(value));
+    }
+    if (!where.isEmpty())
+        admin.query.insert(QStringLiteral("where"), where);
+    return admin;
+}
+
 QString methodAndPath(const httplib::Request& request) {
     return QString::fromStdString(request.method + ' ' + request.path);
 }
@@ -103,9 +121,11 @@ QString HttpFront::servicePath(const QString& service) {
 }
 
 HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
-                     FaultRules* faults, const AdminApi* admin, RepeatGuard* repeats)
+                     FaultRules* faults, const AdminApi* admin, RepeatGuard* repeats,
+                     Journal* journal)
     : faults_(faults)
     , admin_(admin)
+    , journal_(journal)
     , stop_(std::make_unique<StopSignal>())
     , injector_(std::make_unique<FaultInjector>(*stop_)) {
     addRoutes(sales, discount, loyalty, repeats);
@@ -197,6 +217,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
                                const httplib::Request& request, httplib::Response& response) {
     QElapsedTimer timer;
     timer.start();
+    const qint64 arrivedMs = QDateTime::currentMSecsSinceEpoch();
     RequestRecord record{name};
     const QByteArray body = QByteArray::fromStdString(request.body);
     logBody(name, "request", body);
@@ -224,6 +245,17 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     record.ms = timer.elapsed();
     ++served_;
     logRequest(record);
+    if (journal_)
+        journal_->add(JournalEntry{0,
+                                   arrivedMs,
+                                   name,
+                                   body,
+                                   record.status,
+                                   record.code,
+                                   record.fault,
+                                   record.ms,
+                                   record.note,
+                                   {}});
 }
 
 void HttpFront::serveOther(const httplib::Request& request, httplib::Response& response) {
@@ -234,8 +266,7 @@ void HttpFront::serveOther(const httplib::Request& request, httplib::Response& r
     if (admin_ && AdminApi::isAdminPath(request.path)) {
         // An admin call is logged by its path and status: its refusals' codes
         // only repeat the status.
-        const Answer answered =
-            admin_->answer(request.method, request.path, QByteArray::fromStdString(request.body));
+        const Answer answered = admin_->answer(adminRequest(request));
         replyJson(request, response, answered.status, answered.object);
     } else {
         if (operations_.count(request.path))

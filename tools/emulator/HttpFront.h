@@ -23,6 +23,7 @@ class DiscountService;
 class FaultInjector;
 class FaultRules;
 class HttpServer;
+class Journal;
 class LoyaltyService;
 class RepeatGuard;
 class SalesService;
@@ -45,17 +46,18 @@ class StopSignal;
 // (FaultInjector); with a repeat guard, a commitCheque, reserveCheque or
 // calcAndReserveBonusPay sent again is answered as RepeatGuard says; with an
 // admin API, its routes are served under AdminApi::prefix. Every request is
-// logged in one line (RequestLog.h).
+// logged in one line (RequestLog.h), and an operation's kept in the journal
+// when there is one.
 class HttpFront {
 public:
     // The base path of a service ("disc", "loyalty", "sales"), e.g.
     // "/api/axapta/ExchangeData_Sales/"; empty for another name.
     static QString servicePath(const QString& service);
 
-    // `faults`, `admin` and `repeats` may be null; they must outlive the front.
+    // `faults`, `admin`, `repeats` and `journal` may be null; they must outlive the front.
     HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
               FaultRules* faults = nullptr, const AdminApi* admin = nullptr,
-              RepeatGuard* repeats = nullptr);
+              RepeatGuard* repeats = nullptr, Journal* journal = nullptr);
     ~HttpFront(); // stops
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
@@ -91,6 +93,7 @@ private:
     std::map<std::string, Operation> operations_; // by path
     FaultRules* faults_;
     const AdminApi* admin_;
+    Journal* journal_;
     std::unique_ptr<StopSignal> stop_;
     std::unique_ptr<FaultInjector> injector_;
     std::atomic<qint64> served_{0};
