@@ -1,9 +1,11 @@
-// `vesk emulator`: driving a running emulator's faults, reset and health.
+// `vesk emulator`: driving a running emulator's faults, reset and health,
+// and asking its journal what a till sent.
 
 #include "EmulatorFixture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 namespace vesk::cli::test {
 namespace {
@@ -73,7 +75,7 @@ TEST(EmulatorCommandUsage, UnknownActionOrMissingSpecIsAUsageError) {
     EXPECT_EQ(unknown.exitCode, 64);
     EXPECT_EQ(unknown.err,
               QStringLiteral("vesk: error: unknown emulator action \"restart\" (health, "
-                             "faults, fault SPEC, clear or reset)\n"
+                             "faults, fault SPEC, clear, reset, journal or verify CALL)\n"
                              "Try 'vesk help emulator' for more information.\n"));
     const VeskRun missing = runVesk(emulatorArguments(closed.port(), {QStringLiteral("fault")}));
     EXPECT_EQ(missing.exitCode, 64);
@@ -81,6 +83,156 @@ TEST(EmulatorCommandUsage, UnknownActionOrMissingSpecIsAUsageError) {
                                           "itemInfo:error=503;times=1\n"
                                           "Try 'vesk help emulator' for more information.\n"));
 }
+
+class JournalCommand : public EmulatorTest {
+protected:
+    // Two itemInfo calls, one of a barcode the seed lacks, and a refused checkPin.
+    void sendSomeCalls() const {
+        call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+             QStringLiteral(R"({"barcode": "4601234000017"})"));
+        call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+             QStringLiteral(R"({"barcode": "0000000000000"})"));
+        call(QStringLiteral("loyalty"), QStringLiteral("checkPin"),
+             QStringLiteral(R"({"discCardId": "2775000000011", "pinCode": "1234"})"));
+    }
+};
+
+TEST_F(JournalCommand, JournalPrintsTheRequestsAsATableWithSecretsMasked) {
+    sendSomeCalls();
+    const VeskRun listed = runVesk(emulatorArguments(port(), {QStringLiteral("journal")}));
+    ASSERT_EQ(listed.exitCode, 0) << testing::PrintToString(listed);
+    const QStringList lines = listed.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 4) << listed.out.toStdString();
+    const QRegularExpression first(QStringLiteral(
+        R"(^#1      \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z  itemInfo {16}200 {12}\s+\d+ ms  )"
+        R"(\{"barcode":"4601234000017","sectionId":""\}$)"));
+    EXPECT_TRUE(first.match(lines[0]).hasMatch()) << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].contains(QStringLiteral("itemInfo                404 code=1001")))
+        << lines[1].toStdString();
+    EXPECT_TRUE(lines[2].contains(QStringLiteral(R"("discCardId":"***0011")")))
+        << lines[2].toStdString();
+    EXPECT_TRUE(lines[2].contains(QStringLiteral(R"("pinCode":"***")"))) << lines[2].toStdString();
+    EXPECT_FALSE(listed.out.contains(QStringLiteral("2775000000011")));
+    EXPECT_EQ(lines[3], QStringLiteral("3 requests"));
+}
+
+TEST_F(JournalCommand, JournalFiltersCountsPrintsJsonAndClears) {
+    sendSomeCalls();
+    const VeskRun counted = runVesk(
+        emulatorArguments(port(), {QStringLiteral("journal"), QStringLiteral("count"),
+                                   QStringLiteral("--operation"), QStringLiteral("itemInfo")}));
+    EXPECT_EQ(counted.out, QStringLiteral("2\n")) << testing::PrintToString(counted);
+    const VeskRun json = runVesk(emulatorArguments(
+        port(), {QStringLiteral("journal"), QStringLiteral("--json"), QStringLiteral("--where"),
+                 QStringLiteral(R"($.barcode == "0000000000000")")}));
+    EXPECT_EQ(json.exitCode, 0) << testing::PrintToString(json);
+    const QJsonArray requests = jsonOf(json).value(QStringLiteral("requests")).toArray();
+    ASSERT_EQ(requests.size(), 1) << json.out.toStdString();
+    EXPECT_EQ(requests[0].toObject().value(QStringLiteral("seq")).toInt(), 2);
+    const VeskRun newest = runVesk(emulatorArguments(
+        port(), {QStringLiteral("journal"), QStringLiteral("--limit"), QStringLiteral("1")}));
+    EXPECT_TRUE(newest.out.startsWith(QStringLiteral("#3 "))) << newest.out.toStdString();
+    EXPECT_TRUE(
+        newest.out.endsWith(QStringLiteral("1 request (the newest of 3; --limit 0 shows all)\n")))
+        << newest.out.toStdString();
+    const VeskRun cleared =
+        runVesk(emulatorArguments(port(), {QStringLiteral("journal"), QStringLiteral("clear")}));
+    EXPECT_EQ(cleared.out, QStringLiteral("cleared 3 requests\n"));
+}
+
+TEST_F(JournalCommand, VerifyExitsZeroWhenTheCallsWereMade) {
+    sendSomeCalls();
+    const VeskRun once = runVesk(emulatorArguments(
+        port(), {QStringLiteral("verify"), QStringLiteral(R"(itemInfo $.barcode ~= "^4601")"),
+                 QStringLiteral("--exactly"), QStringLiteral("1")}));
+    EXPECT_EQ(once.exitCode, 0) << testing::PrintToString(once);
+    EXPECT_EQ(once.out, QStringLiteral("Verified: itemInfo with $.barcode ~= \"^4601\" called "
+                                       "exactly 1 time (seen 1 time).\n"));
+    const VeskRun ordered = runVesk(emulatorArguments(
+        port(),
+        {QStringLiteral("verify"), QStringLiteral("--in-order"), QStringLiteral("itemInfo"),
+         QStringLiteral(R"(checkPin $.discCardId == "2775000000011" && $.pinCode exists)")}));
+    EXPECT_EQ(ordered.exitCode, 0) << testing::PrintToString(ordered);
+}
+
+TEST_F(JournalCommand, VerifyThatFailsPrintsTheNearestMissesAndExitsOne) {
+    sendSomeCalls();
+    const VeskRun failed = runVesk(emulatorArguments(
+        port(), {QStringLiteral("verify"), QStringLiteral("itemInfo"), QStringLiteral("--where"),
+                 QStringLiteral(R"($.barcode == "4601234000024")")}));
+    EXPECT_EQ(failed.exitCode, 1) << testing::PrintToString(failed);
+    const QStringList lines = failed.out.split(QLatin1Char('\n'));
+    ASSERT_GE(lines.size(), 6) << failed.out.toStdString();
+    EXPECT_EQ(lines[0], QStringLiteral("Verification failed: expected itemInfo with $.barcode == "
+                                       "\"4601234000024\" called at least 1 time, seen 0 times."));
+    EXPECT_EQ(lines[1], QStringLiteral("Nearest misses:"));
+    EXPECT_TRUE(lines[2].startsWith(QStringLiteral("  #2 itemInfo at "))) << lines[2].toStdString();
+    EXPECT_TRUE(lines[2].endsWith(QStringLiteral(" (404)"))) << lines[2].toStdString();
+    EXPECT_EQ(lines[3],
+              QStringLiteral("    $.barcode: expected \"4601234000024\", was \"0000000000000\""));
+    EXPECT_TRUE(lines[4].startsWith(QStringLiteral("  #1 itemInfo at "))) << lines[4].toStdString();
+    EXPECT_TRUE(failed.err.isEmpty()) << failed.err.toStdString();
+}
+
+struct BadVerify {
+    const char* name;
+    QStringList arguments;
+    const char* error;
+};
+
+void PrintTo(const BadVerify& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class EmulatorVerifyUsage : public testing::TestWithParam<BadVerify> {};
+
+TEST_P(EmulatorVerifyUsage, IsRefusedBeforeAnythingIsSent) {
+    const ClosedPort closed;
+    const VeskRun run = runVesk(emulatorArguments(closed.port(), GetParam().arguments));
+    EXPECT_EQ(run.exitCode, 64) << testing::PrintToString(run);
+    EXPECT_EQ(run.err, QString::fromUtf8(GetParam().error) +
+                           QStringLiteral("\nTry 'vesk help emulator' for more information.\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, EmulatorVerifyUsage,
+    testing::Values(
+        BadVerify{"NoCall",
+                  {"verify"},
+                  "vesk: error: emulator verify needs a CALL, e.g. 'commitCheque $.chequeId == "
+                  "\"C-1\"'"},
+        BadVerify{"TwoCallsWithoutOrder",
+                  {"verify", "itemInfo", "checkPin"},
+                  "vesk: error: emulator verify takes one CALL, or several with --in-order"},
+        BadVerify{"ConditionFirst",
+                  {"verify", "$.barcode == \"1\""},
+                  "vesk: error: emulator verify: \"$.barcode == \"1\"\": a call starts with an "
+                  "operation's name, e.g. 'commitCheque $.chequeId == \"C-1\"'"},
+        BadVerify{"BadCondition",
+                  {"verify", "itemInfo $.barcode = 1"},
+                  "vesk: error: emulator verify: \"$.barcode = 1\": expected ==, !=, <, <=, >, "
+                  ">=, ~=, exists or absent after $.barcode at column 11"},
+        BadVerify{"BadWhere",
+                  {"verify", "itemInfo", "--where", "barcode == 1"},
+                  "vesk: error: --where 'barcode == 1': expected a path starting with $ (such as "
+                  "$.lines[*].barcode) at column 1"},
+        BadVerify{"TwoCounts",
+                  {"verify", "itemInfo", "--exactly", "1", "--at-most", "2"},
+                  "vesk: error: give one of --exactly, --at-least and --at-most"},
+        BadVerify{"NegativeCount",
+                  {"verify", "itemInfo", "--at-least", "-1"},
+                  "vesk: error: --at-least: \"-1\" is not a number from 0"},
+        BadVerify{"CountWithOrder",
+                  {"verify", "--in-order", "itemInfo", "--exactly", "1"},
+                  "vesk: error: --in-order takes no count and no --where: write the conditions "
+                  "into each CALL"},
+        BadVerify{"JournalWhat",
+                  {"journal", "list"},
+                  "vesk: error: emulator journal takes count or clear, not \"list\""},
+        BadVerify{"BadLimit",
+                  {"journal", "--limit", "x"},
+                  "vesk: error: --limit: \"x\" is not a number from 0 (0: all)"}),
+    [](const testing::TestParamInfo<BadVerify>& info) { return std::string(info.param.name); });
 
 TEST(EmulatorCommandUsage, NoEmulatorListeningIsANetworkFailure) {
     const ClosedPort closed;

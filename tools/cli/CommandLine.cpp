@@ -4,6 +4,7 @@
 #include "Suggestion.h"
 
 #include <emulator/CommandLine.h>
+#include <emulator/matching/Condition.h>
 
 #include <QCommandLineOption>
 #include <QCommandLineParser>
@@ -129,7 +130,52 @@ const QList<OptionDefinition>& benchOptions() {
 }
 
 // The options of its own that a command takes besides those of every command.
-enum class OwnOptions { none, demo, listen, call, json, record, bench };
+const QList<OptionDefinition>& emulatorOptions() {
+    static const QList<OptionDefinition> options = {
+        {{QStringLiteral("listen")},
+         QStringLiteral("HOST:PORT"),
+         QStringLiteral("where the emulator listens (default 127.0.0.1:55555)")},
+        {{QStringLiteral("operation")},
+         QStringLiteral("OP"),
+         QStringLiteral("journal: only the requests of this operation")},
+        {{QStringLiteral("status")},
+         QStringLiteral("S"),
+         QStringLiteral("journal: only those answered with S: 200, 4xx, 5xx, ...,\n"
+                        "or none (no reply)")},
+        {{QStringLiteral("since")},
+         QStringLiteral("TIME"),
+         QStringLiteral("journal, verify: only requests that arrived at or after\n"
+                        "TIME (2026-11-24T10:00:00Z, or ms since the epoch)")},
+        {{QStringLiteral("until")},
+         QStringLiteral("TIME"),
+         QStringLiteral("journal, verify: only those that arrived at or before TIME")},
+        {{QStringLiteral("where")},
+         QStringLiteral("CONDITION"),
+         QStringLiteral("journal, verify: only requests whose body meets it, e.g.\n"
+                        "'$.lines[*].barcode == \"4601234000017\"'; repeat for more")},
+        {{QStringLiteral("limit")},
+         QStringLiteral("N"),
+         QStringLiteral("journal: the newest N requests (default 100; 0: all)")},
+        {{QStringLiteral("json")},
+         QString(),
+         QStringLiteral("journal: print the requests as JSON")},
+        {{QStringLiteral("exactly")},
+         QStringLiteral("N"),
+         QStringLiteral("verify: called exactly N times")},
+        {{QStringLiteral("at-least")},
+         QStringLiteral("N"),
+         QStringLiteral("verify: called at least N times (the default: 1)")},
+        {{QStringLiteral("at-most")},
+         QStringLiteral("N"),
+         QStringLiteral("verify: called at most N times")},
+        {{QStringLiteral("in-order")},
+         QString(),
+         QStringLiteral("verify: the CALLs happened in this order")},
+    };
+    return options;
+}
+
+enum class OwnOptions { none, demo, listen, call, json, record, bench, emulator };
 
 QList<OptionDefinition> ownOptions(OwnOptions own) {
     switch (own) {
@@ -147,6 +193,8 @@ QList<OptionDefinition> ownOptions(OwnOptions own) {
                  QString(),
                  QStringLiteral("print a request body with every member instead, a\n"
                                 "typed placeholder for each value")}};
+    case OwnOptions::emulator:
+        return emulatorOptions();
     case OwnOptions::listen:
         return {{{QStringLiteral("listen")},
                  QStringLiteral("HOST:PORT"),
@@ -250,21 +298,43 @@ const QList<CommandDefinition>& commands() {
              "the same as JSON. Only the configured, --base or --url addresses are\n"
              "called. Exit status 1 when any call failed.\n"),
          OwnOptions::bench},
-        {QStringLiteral("emulator"), QStringLiteral("health | faults | fault SPEC | clear | reset"),
-         1, 2, QStringLiteral("drive a running vesk-emulator: faults, reset, health"),
+        {QStringLiteral("emulator"),
+         QStringLiteral("health | faults | fault SPEC | clear | reset | journal | verify CALL..."),
+         1, 64, QStringLiteral("drive a running vesk-emulator: faults, journal, verify, reset"),
          QStringLiteral(
              "Drives the vesk-emulator that listens at --listen HOST:PORT, or at --base\n"
              "URL, through its admin API.\n"
              "\n"
-             "  health      whether it serves, since when, how many requests, active faults\n"
-             "  faults      the fault rules in force, with how often each fired\n"
-             "  fault SPEC  adds a rule, OPERATION:FAULT[;WHEN] as vesk-emulator --fault\n"
-             "              takes it, e.g. itemInfo:error=503,code=42,msg=Busy;times=1\n"
-             "  clear       removes every fault rule\n"
-             "  reset       puts every table back to the seed, as on a fresh start\n"
+             "  health         whether it serves, since when, how many requests, active\n"
+             "                 faults, the journal's size\n"
+             "  faults         the fault rules in force, with how often each fired\n"
+             "  fault SPEC     adds a rule, OPERATION:FAULT[;WHEN] as vesk-emulator --fault\n"
+             "                 takes it, e.g. itemInfo:error=503,code=42,msg=Busy;times=1\n"
+             "  clear          removes every fault rule\n"
+             "  reset          puts every table back to the seed, as on a fresh start, and\n"
+             "                 empties the journal\n"
+             "  journal        the requests that the journal kept, oldest first, as a table\n"
+             "                 (--json: as the admin API gives them); --operation, --status,\n"
+             "                 --since, --until and --where choose which\n"
+             "  journal count  how many of them there are\n"
+             "  journal clear  empties the journal\n"
+             "  verify CALL    whether CALL was made: at least once, or --exactly N,\n"
+             "                 --at-least N, --at-most N times (between --since and --until)\n"
+             "  verify --in-order CALL CALL...\n"
+             "                 whether the CALLs were made in this order\n"
              "\n"
-             "Prints the emulator's answer as JSON. `vesk-emulator --help` lists the faults.\n"),
-         OwnOptions::listen},
+             "A CALL is an operation's name, then conditions on its request body joined by\n"
+             "&&, in one argument: 'commitCheque $.chequeId == \"C-1\" && $.card exists'.\n"
+             "A condition is PATH OP VALUE: PATH $.member, $.list[0].member or\n"
+             "$.list[*].member (any element); OP == != < <= > >= or ~= (a regular\n"
+             "expression); VALUE a JSON value (\"text\", 2, true, null); or PATH exists,\n"
+             "PATH absent. --where adds conditions to a single CALL.\n"
+             "\n"
+             "verify prints what it found and exits 0, or what it expected, what it saw and\n"
+             "the requests that came closest with the members that differed, and exits 1.\n"
+             "The other actions print the emulator's answer as JSON. `vesk-emulator --help`\n"
+             "lists the faults.\n"),
+         OwnOptions::emulator},
         {QStringLiteral("demo"),
          QStringLiteral("[--rehearse-failures] [--external] [--listen HOST:PORT]"), 0, 0,
          QStringLiteral("run one whole sale against the emulator"),
@@ -374,6 +444,51 @@ QList<QCommandLineOption> parserOptions(const QList<OptionDefinition>& definitio
     return options;
 }
 
+// The options of `emulator journal` and `emulator verify`, checked.
+bool takeJournalOptions(const QCommandLineParser& parser, CommandLine* line, QString* error) {
+    line->operation = parser.value(QStringLiteral("operation"));
+    line->status = parser.value(QStringLiteral("status"));
+    line->since = parser.value(QStringLiteral("since"));
+    line->until = parser.value(QStringLiteral("until"));
+    line->where = parser.values(QStringLiteral("where"));
+    line->inOrder = parser.isSet(QStringLiteral("in-order"));
+    for (const QString& condition : line->where) {
+        QString why;
+        if (!emulator::Condition::parse(condition, &why)) {
+            *error = QStringLiteral("--where '%1': %2").arg(condition, why);
+            return false;
+        }
+    }
+    bool ok = true;
+    if (parser.isSet(QStringLiteral("limit"))) {
+        line->limit = parser.value(QStringLiteral("limit")).toInt(&ok);
+        if (!ok || line->limit < 0) {
+            *error = QStringLiteral("--limit: \"%1\" is not a number from 0 (0: all)")
+                         .arg(parser.value(QStringLiteral("limit")));
+            return false;
+        }
+    }
+    for (const auto& [option, kind] :
+         {std::pair{"exactly", "exactly"}, std::pair{"at-least", "atLeast"},
+          std::pair{"at-most", "atMost"}}) {
+        const QString name = QLatin1String(option);
+        if (!parser.isSet(name))
+            continue;
+        if (!line->countKind.isEmpty()) {
+            *error = QStringLiteral("give one of --exactly, --at-least and --at-most");
+            return false;
+        }
+        line->countKind = QLatin1String(kind);
+        line->countTimes = parser.value(name).toLongLong(&ok);
+        if (!ok || line->countTimes < 0) {
+            *error =
+                QStringLiteral("--%1: \"%2\" is not a number from 0").arg(name, parser.value(name));
+            return false;
+        }
+    }
+    return true;
+}
+
 QString argumentCount(int count) {
     return count == 1 ? QStringLiteral("1 argument") : QStringLiteral("%1 arguments").arg(count);
 }
@@ -445,8 +560,13 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         line.rehearseFailures = second.isSet(QStringLiteral("rehearse-failures"));
     }
     if (definition->own == OwnOptions::json || definition->own == OwnOptions::record ||
-        definition->own == OwnOptions::bench)
+        definition->own == OwnOptions::bench || definition->own == OwnOptions::emulator)
         line.json = second.isSet(QStringLiteral("json"));
+    if (definition->own == OwnOptions::emulator) {
+        QString why;
+        if (!takeJournalOptions(second, &line, &why))
+            return fail(why);
+    }
     if (definition->own == OwnOptions::record) {
         line.example = second.isSet(QStringLiteral("example"));
         if (line.example && line.json)
@@ -498,8 +618,9 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
                 return fail(QStringLiteral("--cacert: the file name is empty"));
         }
     }
-    const bool takesListen =
-        definition->own == OwnOptions::demo || definition->own == OwnOptions::listen;
+    const bool takesListen = definition->own == OwnOptions::demo ||
+                             definition->own == OwnOptions::listen ||
+                             definition->own == OwnOptions::emulator;
     if (takesListen && second.isSet(QStringLiteral("listen"))) {
         QString why;
         if (!emulator::parseListenAddress(second.value(QStringLiteral("listen")), &line.listenHost,

@@ -43,6 +43,17 @@ struct CommandLine {
     qint64 count = 0;     // --count N; 0 when not given
     QString scenario;     // --scenario NAME; empty when not given
 
+    // Options of `emulator journal` and `emulator verify`: which requests.
+    QString operation;     // --operation OP; empty: any
+    QString status;        // --status 200 | 4xx | none ...; empty: any
+    QString since;         // --since TIME; empty: no bound
+    QString until;         // --until TIME; empty: no bound
+    QStringList where;     // each --where CONDITION, in order
+    int limit = 100;       // --limit N: the newest N (0: all)
+    bool inOrder = false;  // --in-order: the arguments are calls that happened in this order
+    QString countKind;     // "exactly", "atLeast" or "atMost"; empty: at least once
+    qint64 countTimes = 1; // --exactly N, --at-least N, --at-most N
+
     // Options of `demo` (both) and `emulator` (--listen).
     bool external = false;
     bool rehearseFailures = false; // demo --rehearse-failures

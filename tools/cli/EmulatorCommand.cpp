@@ -1,35 +1,65 @@
 #include "EmulatorCommand.h"
 
 #include "ExitCodes.h"
+#include "JournalCommand.h"
 #include "Messages.h"
 #include "ProcessSettings.h"
 #include "Suggestion.h"
-
-#include <emulator/AdminClient.h>
 
 #include <QJsonDocument>
 
 namespace vesk::cli {
 
+namespace {
+
+// How many further arguments an action takes: at least, at most.
+struct Arity {
+    int least;
+    int most;
+    const char* shown; // what the usage error names
+};
+
+Arity arityOf(const QString& action) {
+    if (action == QLatin1String("fault"))
+        return {1, 1, " needs a SPEC, e.g. itemInfo:error=503;times=1"};
+    if (action == QLatin1String("journal"))
+        return {0, 1, " takes at most one further argument: count or clear"};
+    if (action == QLatin1String("verify"))
+        return {1, 63, " needs a CALL, e.g. 'commitCheque $.chequeId == \"C-1\"'"};
+    return {0, 0, " takes no further argument"};
+}
+
+} // namespace
+
+int adminFailure(const emulator::AdminClient::Result& result, const QString& base,
+                 QTextStream& err) {
+    using Result = emulator::AdminClient::Result;
+    if (result.kind == Result::Kind::Refused) {
+        error(err) << "the emulator at " << base << " refused (HTTP " << result.status
+                   << "): " << result.message << '\n';
+        return exitCode::serviceError;
+    }
+    error(err) << "no emulator answers at " << base << ": " << result.message << '\n';
+    return exitCode::networkError;
+}
+
 int emulatorCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
     using Result = emulator::AdminClient::Result;
     const QString action = line.arguments.value(0);
-    const bool takesSpec = action == QLatin1String("fault");
     static const QStringList actions{QStringLiteral("health"), QStringLiteral("faults"),
-                                     QStringLiteral("fault"), QStringLiteral("clear"),
-                                     QStringLiteral("reset")};
+                                     QStringLiteral("fault"),  QStringLiteral("clear"),
+                                     QStringLiteral("reset"),  QStringLiteral("journal"),
+                                     QStringLiteral("verify")};
     if (!actions.contains(action))
         return usageError(err,
                           QStringLiteral("unknown emulator action \"%1\" (health, faults, fault "
-                                         "SPEC, clear or reset)%2")
+                                         "SPEC, clear, reset, journal or verify CALL)%2")
                               .arg(action, didYouMean(action, actions)),
                           line.command);
-    if (takesSpec != (line.arguments.size() == 2))
-        return usageError(err,
-                          QStringLiteral("emulator ") + action +
-                              (takesSpec ? QStringLiteral(" needs a SPEC, e.g. "
-                                                          "itemInfo:error=503;times=1")
-                                         : QStringLiteral(" takes no further argument")),
+    const Arity arity = arityOf(action);
+    const qsizetype further = line.arguments.size() - 1;
+    if (further < arity.least || further > arity.most)
+        return usageError(err, QStringLiteral("emulator ") + action + QLatin1String(arity.shown),
                           line.command);
     if (!line.base.isEmpty() && !line.listenHost.isEmpty())
         return usageError(err,
@@ -46,24 +76,19 @@ int emulatorCommand(const CommandLine& line, QTextStream& out, QTextStream& err)
         base = parseBaseUrl(line.base, &why)->toString(QUrl::StripTrailingSlash);
     }
     const emulator::AdminClient client(base);
+    if (action == QLatin1String("journal"))
+        return journalAction(line, client, out, err);
+    if (action == QLatin1String("verify"))
+        return verifyAction(line, client, out, err);
     const Result result = action == QLatin1String("health")   ? client.health()
                           : action == QLatin1String("faults") ? client.faults()
                           : action == QLatin1String("fault")  ? client.addFault(line.arguments[1])
                           : action == QLatin1String("clear")  ? client.clearFaults()
                                                               : client.reset();
-    switch (result.kind) {
-    case Result::Kind::Done:
-        out << QString::fromUtf8(QJsonDocument(result.body).toJson(QJsonDocument::Indented));
-        return exitCode::success;
-    case Result::Kind::Refused:
-        error(err) << "the emulator at " << base << " refused (HTTP " << result.status
-                   << "): " << result.message << '\n';
-        return exitCode::serviceError;
-    case Result::Kind::NoReply:
-        break;
-    }
-    error(err) << "no emulator answers at " << base << ": " << result.message << '\n';
-    return exitCode::networkError;
+    if (result.kind != Result::Kind::Done)
+        return adminFailure(result, base, err);
+    out << QString::fromUtf8(QJsonDocument(result.body).toJson(QJsonDocument::Indented));
+    return exitCode::success;
 }
 
 } // namespace vesk::cli

@@ -68,7 +68,8 @@ _vesk_complete() {
         word=${words[i]}
         case "$word" in
         --config | --url | --base | --cacert | --timeout | --connect-timeout | --listen | \
-            --concurrency | --duration | --count | --scenario)
+            --concurrency | --duration | --count | --scenario | --operation | --status | \
+            --since | --until | --where | --limit | --exactly | --at-least | --at-most)
             ((++i))
             ;;
         -*) ;;
@@ -117,9 +118,14 @@ _vesk_complete() {
             mapfile -t COMPREPLY < <(compgen -W "$(_vesk_ops "$program" request) $(_vesk_ops "$program" response)" -- "$cur")
         ;;
     emulator)
-        ((${#arguments[@]} == 0)) &&
+        if ((${#arguments[@]} == 0)); then
             mapfile -t COMPREPLY < <(compgen -W "$("$program" help emulator 2>/dev/null |
                 sed -nE 's/^Usage: vesk emulator \[OPTIONS\] (.*)/\1/p' | tr -c 'a-z\n' ' ')" -- "$cur")
+        elif [[ ${arguments[0]} == journal && ${#arguments[@]} == 1 ]]; then
+            mapfile -t COMPREPLY < <(compgen -W "count clear" -- "$cur")
+        elif [[ ${arguments[0]} == verify ]]; then
+            mapfile -t COMPREPLY < <(compgen -W "$(_vesk_ops "$program" operation)" -- "$cur")
+        fi
         ;;
     help)
         ((${#arguments[@]} == 0)) &&

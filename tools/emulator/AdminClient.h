@@ -34,6 +34,8 @@ public:
     Result clearFaults() const { return call("DELETE", QStringLiteral("faults")); }
     Result reset() const { return call("POST", QStringLiteral("reset")); }
 
+    QString baseUrl() const { return baseUrl_; }
+
 private:
     QString baseUrl_;
 };

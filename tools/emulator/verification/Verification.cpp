@@ -280,7 +280,9 @@ VerificationResult verify(const Verification& verification, const QList<JournalE
 
 QString VerificationResult::message() const {
     QString text;
-    if (verified)
+    if (verified && inOrder)
+        text = QStringLiteral("Verified: %1.").arg(expected);
+    else if (verified)
         text = QStringLiteral("Verified: %1 (seen %2).").arg(expected, timesText(seen));
     else if (inOrder)
         text = QStringLiteral("Verification failed: expected %1; found the first %2 in order.")
