@@ -18,6 +18,7 @@ inline JournalEntry entry(qint64 n, const char* operation, const char* body, int
     made.status = status;
     made.code = code;
     made.ms = 2;
+    made.done = true;
     return made;
 }
 

@@ -62,6 +62,39 @@ TEST(Journal, OfNoEntriesKeepsNothing) {
     EXPECT_EQ(journal.totals().dropped, 0);
 }
 
+TEST(Journal, KeepsARequestFromItsArrivalAndCompletesItInPlace) {
+    Journal journal;
+    const qint64 first =
+        journal.add(JournalEntry::arrived(firstArrival, "commitCheque", "{}", "hang"));
+    const qint64 second = journal.add(JournalEntry::arrived(firstArrival, "itemInfo", "{}", {}));
+    QJsonObject shown = journal.select({}).first().toJson();
+    EXPECT_TRUE(shown.value("inFlight").toBool());
+    EXPECT_EQ(shown.value("status").toInt(), 0);
+    EXPECT_EQ(shown.value("fault").toString(), "hang");
+    journal.complete(second, 404, 1001, 3, "");
+    journal.complete(first, 0, std::nullopt, 1000, "");
+    const QList<JournalEntry> kept = journal.select({});
+    EXPECT_EQ(seqs(kept), (QList<qint64>{first, second}));
+    EXPECT_TRUE(kept[0].done);
+    EXPECT_EQ(kept[0].ms, 1000);
+    EXPECT_EQ(kept[1].status, 404);
+    EXPECT_EQ(kept[1].code, 1001);
+    shown = kept[1].toJson();
+    EXPECT_FALSE(shown.contains("inFlight"));
+    EXPECT_EQ(shown.value("ms").toInt(), 3);
+}
+
+TEST(Journal, CompletingADroppedRequestChangesNothing) {
+    Journal journal(Journal::Limits{1, 1 << 20});
+    const qint64 dropped = journal.add(JournalEntry::arrived(firstArrival, "itemInfo", "{}", {}));
+    const qint64 kept = journal.add(JournalEntry::arrived(firstArrival, "itemInfo", "{}", {}));
+    journal.complete(dropped, 500, 1, 9, "");
+    const QList<JournalEntry> left = journal.select({});
+    ASSERT_EQ(seqs(left), (QList<qint64>{kept}));
+    EXPECT_FALSE(left[0].done);
+    EXPECT_EQ(left[0].status, 0);
+}
+
 TEST(Journal, NumbersGoOnAfterAClear) {
     Journal journal;
     journal.add(entry(1, "itemInfo", "{}"));

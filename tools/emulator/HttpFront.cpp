@@ -222,11 +222,16 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     const QByteArray body = QByteArray::fromStdString(request.body);
     logBody(name, "request", body);
 
-    FaultInjector::Played played = FaultInjector::Played::asUsual();
-    if (const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt) {
+    const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt;
+    if (fault)
         record.fault = faultName(*fault);
+    // In the journal before anything goes out: a fault may break the
+    // connection, and the client may ask the journal, before this handler ends.
+    const qint64 seq =
+        journal_ ? journal_->add(JournalEntry::arrived(arrivedMs, name, body, record.fault)) : 0;
+    FaultInjector::Played played = FaultInjector::Played::asUsual();
+    if (fault)
         played = injector_->play(*fault, request, response, [&] { return answer(path, body); });
-    }
     if (played.replyAsUsual) {
         const Answer answered = answer(path, body);
         played = {false, answered.status, codeOf(answered),
@@ -246,16 +251,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     ++served_;
     logRequest(record);
     if (journal_)
-        journal_->add(JournalEntry{0,
-                                   arrivedMs,
-                                   name,
-                                   body,
-                                   record.status,
-                                   record.code,
-                                   record.fault,
-                                   record.ms,
-                                   record.note,
-                                   {}});
+        journal_->complete(seq, record.status, record.code, record.ms, record.note);
 }
 
 void HttpFront::serveOther(const httplib::Request& request, httplib::Response& response) {

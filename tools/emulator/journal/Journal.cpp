@@ -50,6 +50,16 @@ bool statusAdmits(const QString& filter, int status) {
 
 } // namespace
 
+JournalEntry JournalEntry::arrived(qint64 arrivedMs, const QString& operation,
+                                   const QByteArray& body, const QString& fault) {
+    JournalEntry entry;
+    entry.arrivedMs = arrivedMs;
+    entry.operation = operation;
+    entry.body = body;
+    entry.fault = fault;
+    return entry;
+}
+
 QJsonObject JournalEntry::parsedBody() const {
     return QJsonDocument::fromJson(body).object();
 }
@@ -77,6 +87,8 @@ QJsonObject JournalEntry::toJson() const {
         object.insert(QStringLiteral("note"), note);
     if (!findings.isEmpty())
         object.insert(QStringLiteral("findings"), QJsonArray::fromStringList(findings));
+    if (!done)
+        object.insert(QStringLiteral("inFlight"), true);
     return object;
 }
 
@@ -142,12 +154,13 @@ Journal::Journal()
 Journal::Journal(Limits limits)
     : limits_(limits) {}
 
-void Journal::add(JournalEntry entry) {
+qint64 Journal::add(JournalEntry entry) {
     if (!enabled())
-        return;
+        return 0;
     const qint64 footprint = entry.footprint();
     const std::lock_guard<std::mutex> lock(mutex_);
-    entry.seq = nextSeq_++;
+    const qint64 seq = nextSeq_++;
+    entry.seq = seq;
     bytes_ += footprint;
     entries_.push_back(std::move(entry));
     while (!entries_.empty() &&
@@ -156,6 +169,23 @@ void Journal::add(JournalEntry entry) {
         entries_.pop_front();
         ++dropped_;
     }
+    return seq;
+}
+
+void Journal::complete(qint64 seq, int status, std::optional<int> code, qint64 ms,
+                       const QString& note) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    // Numbers are consecutive from the oldest kept: the entry's place is known.
+    if (entries_.empty() || seq < entries_.front().seq || seq > entries_.back().seq)
+        return;
+    JournalEntry& entry = entries_[std::size_t(seq - entries_.front().seq)];
+    bytes_ -= entry.footprint();
+    entry.status = status;
+    entry.code = code;
+    entry.ms = ms;
+    entry.note = note;
+    entry.done = true;
+    bytes_ += entry.footprint();
 }
 
 QList<JournalEntry> Journal::select(const JournalFilter& filter) const {

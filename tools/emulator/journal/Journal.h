@@ -19,13 +19,18 @@ struct JournalEntry {
     qint64 seq = 0;       // 1, 2, ... in arrival order since the emulator started
     qint64 arrivedMs = 0; // when it arrived, ms since the epoch (UTC)
     QString operation;
-    QByteArray body; // as it arrived; shown only masked (maskedBody())
+    QByteArray body; // as it arrived; shown only masked (toJson())
     int status = 0;  // 0: no reply, or none whole
     std::optional<int> code;
     QString fault;        // the fault played: "reset,after"
     qint64 ms = 0;        // how long it took
     QString note;         // "replayed", ...
     QStringList findings; // what in the body does not fit its record
+    bool done = false;    // false while the request is served: status and ms are not known yet
+
+    // A request as it arrives, with the fault that it will meet.
+    static JournalEntry arrived(qint64 arrivedMs, const QString& operation, const QByteArray& body,
+                                const QString& fault);
 
     // The body parsed; empty when it is no JSON object. Conditions are matched
     // against the body as it arrived, so that a test finds the card it sent.
@@ -54,7 +59,9 @@ struct JournalFilter {
 };
 
 // The last requests of the operations, bounded in count and in bytes: the
-// oldest go first, and are counted. Thread-safe; adding is a short critical
+// oldest go first, and are counted. A request is kept from its arrival on
+// (in flight until it is complete), so that a client whose connection a
+// fault broke finds its request there at once. Thread-safe; adding is a short critical
 // section with no parsing, so it costs a load test next to nothing.
 class Journal {
 public:
@@ -68,7 +75,10 @@ public:
     bool enabled() const { return limits_.entries > 0; }
     Limits limits() const { return limits_; }
 
-    void add(JournalEntry entry); // numbers it
+    // Numbers the entry and keeps it; its number (0 when the journal keeps nothing).
+    qint64 add(JournalEntry entry);
+    // What became of a request added while it arrived; nothing if it was dropped since.
+    void complete(qint64 seq, int status, std::optional<int> code, qint64 ms, const QString& note);
 
     // The entries that the filter admits, oldest first.
     QList<JournalEntry> select(const JournalFilter& filter) const;
