@@ -1,6 +1,7 @@
 #pragma once
 
 #include <vesk/CallOutcome.h>
+#include <vesk/testing/TestingExport.h>
 
 #include <morva/RestClient.h>
 #include <morva/Serder.h>
@@ -12,14 +13,6 @@
 
 #include <memory>
 #include <stdexcept>
-
-/// @cond
-#if defined(VESK_TESTING_LIBRARY)
-#define VESK_TESTING_EXPORT Q_DECL_EXPORT
-#else
-#define VESK_TESTING_EXPORT Q_DECL_IMPORT
-#endif
-/// @endcond
 
 /// What a host links into its own tests, never into a till's program.
 namespace vesk::testing {
