@@ -6,6 +6,7 @@
 #include <emulator/AdminApi.h>
 #include <emulator/Fault.h>
 #include <emulator/FaultRules.h>
+#include <emulator/journal/Journal.h>
 
 #include <QByteArray>
 #include <QJsonDocument>
@@ -31,9 +32,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     // The admin API's route for rules, with the bytes as its body.
     FaultRules rules;
+    Journal journal;
     const AdminApi admin(
-        rules, [] { return AdminApi::Health{}; }, [](QString*) { return true; });
-    const HttpFront::Answer answer = admin.answer("POST", "/_emulator/faults", bytes);
+        rules, journal, [] { return AdminApi::Health{}; }, [](QString*) { return true; });
+    const HttpFront::Answer answer =
+        admin.answer(AdminRequest{"POST", "/_emulator/faults", bytes, {}});
     if (answer.status != 201 && answer.status != 400)
         __builtin_trap();
     if ((answer.status == 201) != (rules.list().size() == 1))
@@ -41,6 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (answer.status == 201)
         rules.take(rules.list().constFirst().rule.operation == QLatin1String("*")
                        ? QStringLiteral("itemInfo")
-                       : rules.list().constFirst().rule.operation);
+                       : rules.list().constFirst().rule.operation,
+                   bytes);
     return 0;
 }

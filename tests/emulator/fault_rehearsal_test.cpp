@@ -166,6 +166,32 @@ TEST(FaultRules, FirstRuleThatFiresDecidesAndAStarRuleHitsEveryOperation) {
     EXPECT_EQ(rules.take(QStringLiteral("commitCheque"))->kind, Fault::Kind::Error);
 }
 
+TEST(FaultRules, AnAimedRuleHitsOnlyTheCallsWhoseBodyMeetsItsConditions) {
+    FaultRules rules;
+    rules.add(*parseFaultSpec(
+        QStringLiteral(R"(itemInfo:error=503;times=1;where=$.barcode == "4601234000017")"),
+        nullptr));
+    EXPECT_FALSE(rules.take(QStringLiteral("itemInfo"), R"({"barcode": "4601234000024"})"));
+    EXPECT_FALSE(rules.take(QStringLiteral("itemInfo"), "not json"));
+    EXPECT_FALSE(rules.take(QStringLiteral("itemInfo")));
+    // The one time is spent on the first matching call, not on those before it.
+    EXPECT_TRUE(rules.take(QStringLiteral("itemInfo"), R"({"barcode": "4601234000017"})"));
+    EXPECT_FALSE(rules.take(QStringLiteral("itemInfo"), R"({"barcode": "4601234000017"})"));
+    EXPECT_EQ(rules.list().constFirst().fired, 1);
+}
+
+TEST(FaultRules, AnAimedRuleLetsTheNextRuleDecideForOtherBodies) {
+    FaultRules rules;
+    rules.add(*parseFaultSpec(QStringLiteral(R"(*:reset;where=$.chequeId == "C-1")"), nullptr));
+    rules.add(*parseFaultSpec(QStringLiteral("reserveCheque:delay=5"), nullptr));
+    EXPECT_EQ(rules.take(QStringLiteral("reserveCheque"), R"({"chequeId": "C-1"})")->kind,
+              Fault::Kind::Reset);
+    EXPECT_EQ(rules.take(QStringLiteral("reserveCheque"), R"({"chequeId": "C-2"})")->kind,
+              Fault::Kind::Delay);
+    EXPECT_EQ(rules.take(QStringLiteral("unreserveCheque"), R"({"chequeId": "C-1"})")->kind,
+              Fault::Kind::Reset);
+}
+
 // How many of 1000 calls a fraction rule hits, and which.
 std::vector<int> firedCalls(const QString& spec) {
     FaultRules rules;

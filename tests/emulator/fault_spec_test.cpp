@@ -3,6 +3,7 @@
 
 #include <emulator/Fault.h>
 
+#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <gtest/gtest.h>
@@ -117,9 +118,10 @@ TEST_P(FaultSpecRefuses, WithWhatIsWrong) {
 INSTANTIATE_TEST_SUITE_P(
     BadText, FaultSpecRefuses,
     testing::Values(
-        BadSpec{"", "empty: expected OPERATION:FAULT[;WHEN]"},
-        BadSpec{"itemInfo", "no ':': expected OPERATION:FAULT[;WHEN]"},
-        BadSpec{"itemInfo:", "no fault after ':': expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"", "empty: expected OPERATION:FAULT[;WHEN][;where=CONDITION]..."},
+        BadSpec{"itemInfo", "no ':': expected OPERATION:FAULT[;WHEN][;where=CONDITION]..."},
+        BadSpec{"itemInfo:",
+                "no fault after ':': expected OPERATION:FAULT[;WHEN][;where=CONDITION]..."},
         BadSpec{"itemlnfo:reset",
                 "unknown operation \"itemlnfo\" (an operation's name, such as itemInfo, or *)"},
         BadSpec{"itemInfo:explode", "unknown fault \"explode\" (error, delay, hang, notjson, "
@@ -136,8 +138,16 @@ INSTANTIATE_TEST_SUITE_P(
                 "fraction: \"1.5\" is not a number above 0 and at most 1"},
         BadSpec{"itemInfo:reset;sometimes",
                 "unknown condition \"sometimes\" (times=N, fraction=F[,seed=S] or always)"},
-        BadSpec{"itemInfo:reset;times=1;always",
-                "more than one ';': expected OPERATION:FAULT[;WHEN]"},
+        BadSpec{"itemInfo:reset;times=1;always", "one WHEN at most, before any where=: expected "
+                                                 "OPERATION:FAULT[;WHEN][;where=CONDITION]..."},
+        BadSpec{"commitCheque:reset;where=$.dataId == \"C-1\";times=1",
+                "one WHEN at most, before any where=: expected "
+                "OPERATION:FAULT[;WHEN][;where=CONDITION]..."},
+        BadSpec{"commitCheque:reset;where=dataId == 1",
+                "where: expected a path starting with $ (such as $.lines[*].barcode) at column 1"},
+        BadSpec{"commitCheque:reset;where=$.dataId = 1",
+                "where: expected ==, !=, <, <=, >, >=, ~=, exists or absent after $.dataId at "
+                "column 10"},
         BadSpec{"itemInfo:error=500,msg=trailing\\", "a '\\' ends the text: nothing to escape"},
         BadSpec{"commitCheque:reset,after=1", "after takes no value"},
         BadSpec{"commitCheque:reset,after,after", "\"after\" is given twice"},
@@ -148,6 +158,54 @@ INSTANTIATE_TEST_SUITE_P(
         // "after" belongs to the fault, not to when it fires.
         BadSpec{"commitCheque:reset;after",
                 "unknown condition \"after\" (times=N, fraction=F[,seed=S] or always)"}));
+
+TEST(FaultSpecWhere, AimsTheRuleAndIsWrittenBack) {
+    QString error;
+    const std::optional<FaultRule> rule = parseFaultSpec(
+        QStringLiteral(
+            R"(commitCheque:reset,after;times=1;where=$.dataId == "C-1";where=$.lines[*].qty > 1)"),
+        &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    ASSERT_EQ(rule->where.size(), 2);
+    EXPECT_EQ(rule->where[0].text(), R"($.dataId == "C-1")");
+    EXPECT_EQ(rule->when, FaultRule::When::Times);
+    EXPECT_EQ(
+        faultSpec(*rule),
+        R"(commitCheque:reset,after;times=1;where=$.dataId == "C-1";where=$.lines[*].qty > 1)");
+    EXPECT_EQ(*parseFaultSpec(faultSpec(*rule), &error), *rule);
+}
+
+TEST(FaultSpecWhere, ACommaOrSemicolonInAValueIsEscapedInTheText) {
+    QString error;
+    const std::optional<FaultRule> rule =
+        parseFaultSpec(QStringLiteral(R"(itemInfo:notjson;where=$.barcode == "a\;b\,c")"), &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    EXPECT_EQ(rule->where[0].text(), R"($.barcode == "a;b,c")");
+    EXPECT_EQ(faultSpec(*rule), R"(itemInfo:notjson;where=$.barcode == "a\;b\,c")");
+    EXPECT_EQ(*parseFaultSpec(faultSpec(*rule), &error), *rule);
+}
+
+TEST(FaultRuleJson, WhereTakesConditionsInEitherForm) {
+    QString error;
+    const std::optional<FaultRule> rule = faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "commitCheque", "fault": "reset", "times": 1,
+            "where": ["$.dataId == \"C-1\"", {"path": "$.card", "op": "exists"}]})")
+            .object(),
+        &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    EXPECT_EQ(faultSpec(*rule),
+              R"(commitCheque:reset;times=1;where=$.dataId == "C-1";where=$.card exists)");
+    const QJsonObject json = faultRuleToJson(*rule);
+    EXPECT_EQ(QJsonDocument(json.value("where").toArray()).toJson(QJsonDocument::Compact),
+              R"(["$.dataId == \"C-1\"","$.card exists"])");
+    EXPECT_FALSE(faultRuleFromJson(
+        QJsonDocument::fromJson(R"({"operation": "itemInfo", "fault": "reset", "where": ["$.x"]})")
+            .object(),
+        &error));
+    EXPECT_EQ(error.toStdString(),
+              "where: bad condition \"$.x\": expected ==, !=, <, <=, >, >=, ~=, exists or absent "
+              "after $.x at column 4");
+}
 
 TEST(FaultRuleJson, MembersFormReadsAsTheTextWould) {
     QString error;

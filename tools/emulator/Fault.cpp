@@ -1,5 +1,6 @@
 #include "Fault.h"
 
+#include <QJsonArray>
 #include <QJsonValue>
 #include <QLocale>
 #include <QRegularExpression>
@@ -19,7 +20,7 @@ constexpr qint64 maxBytes = 256 << 20; // 256 MiB
 constexpr qint64 defaultOversize = 8 << 20;
 constexpr qint64 maxTimes = 1000000000;
 
-const QString syntax = QStringLiteral("expected OPERATION:FAULT[;WHEN]");
+const QString syntax = QStringLiteral("expected OPERATION:FAULT[;WHEN][;where=CONDITION]...");
 
 struct SpecError {
     QString message;
@@ -276,13 +277,25 @@ FaultRule readRule(const QString& spec) {
                             "or *)")
                  .arg(rule.operation));
     const QStringList parts = splitUnescaped(spec.mid(colon + 1), QLatin1Char(';'));
-    if (parts.size() > 2)
-        fail(QStringLiteral("more than one ';': %1").arg(syntax));
     if (parts.constFirst().isEmpty())
         fail(QStringLiteral("no fault after ':': %1").arg(syntax));
     rule.fault = readFault(parts.constFirst());
-    if (parts.size() == 2)
-        readWhen(parts.at(1), rule);
+    bool when = false;
+    for (const QString& part : parts.mid(1)) {
+        const Item clause = item(part);
+        if (clause.key == QLatin1String("where")) {
+            QString why;
+            const std::optional<Condition> condition = Condition::parse(clause.value, &why);
+            if (!condition)
+                fail(QStringLiteral("where: %1").arg(why));
+            rule.where.append(*condition);
+            continue;
+        }
+        if (when || !rule.where.isEmpty())
+            fail(QStringLiteral("one WHEN at most, before any where=: %1").arg(syntax));
+        readWhen(part, rule);
+        when = true;
+    }
     return rule;
 }
 
@@ -313,8 +326,8 @@ FaultRule ruleFromJson(const QJsonObject& object) {
             fail(QStringLiteral("\"spec\" must be a string and the only member"));
         return readRule(object.value(QLatin1String("spec")).toString());
     }
-    static const QStringList known{"operation", "fault", "status", "code",     "msg", "ms",
-                                   "bytes",     "after", "times",  "fraction", "seed"};
+    static const QStringList known{"operation", "fault", "status", "code",     "msg",  "ms",
+                                   "bytes",     "after", "times",  "fraction", "seed", "where"};
     for (auto it = object.begin(); it != object.end(); ++it)
         if (!known.contains(it.key()))
             fail(QStringLiteral("unknown member \"%1\"").arg(it.key()));
@@ -362,6 +375,13 @@ FaultRule ruleFromJson(const QJsonObject& object) {
         spec += QStringLiteral(";fraction=") + *share;
     if (seedText)
         spec += QStringLiteral(",seed=") + *seedText;
+    QString why;
+    const std::optional<QList<Condition>> where =
+        conditionsFromJson(object.value(QLatin1String("where")), &why);
+    if (!where)
+        fail(QStringLiteral("where: %1").arg(why));
+    for (const Condition& condition : *where)
+        spec += QStringLiteral(";where=") + escape(condition.text());
     return readRule(spec);
 }
 
@@ -373,9 +393,21 @@ bool Fault::operator==(const Fault& other) const {
            after == other.after;
 }
 
+namespace {
+
+QStringList conditionTexts(const QList<Condition>& conditions) {
+    QStringList texts;
+    for (const Condition& condition : conditions)
+        texts.append(condition.text());
+    return texts;
+}
+
+} // namespace
+
 bool FaultRule::operator==(const FaultRule& other) const {
     return operation == other.operation && fault == other.fault && when == other.when &&
-           times == other.times && fraction == other.fraction && seed == other.seed;
+           times == other.times && fraction == other.fraction && seed == other.seed &&
+           conditionTexts(where) == conditionTexts(other.where);
 }
 
 QString faultKindName(Fault::Kind kind) {
@@ -492,6 +524,8 @@ QString faultSpec(const FaultRule& rule) {
     for (qsizetype i = 0; i < when.size(); ++i)
         text += (i == 0 ? QLatin1Char(';') : QLatin1Char(',')) + when[i].key + QLatin1Char('=') +
                 when[i].text;
+    for (const QString& condition : conditionTexts(rule.where))
+        text += QStringLiteral(";where=") + escape(condition);
     return text;
 }
 
@@ -505,6 +539,9 @@ QJsonObject faultRuleToJson(const FaultRule& rule) {
                        {QStringLiteral("spec"), faultSpec(rule)}};
     for (const Parameter& parameter : faultParameters(rule.fault) + whenParameters(rule))
         object.insert(parameter.key, parameter.json);
+    if (!rule.where.isEmpty())
+        object.insert(QStringLiteral("where"),
+                      QJsonArray::fromStringList(conditionTexts(rule.where)));
     return object;
 }
 

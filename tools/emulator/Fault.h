@@ -1,5 +1,7 @@
 #pragma once
 
+#include "matching/Condition.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -43,6 +45,9 @@ struct FaultRule {
     };
     QString operation; // an operation's name ("itemInfo"), or "*" for all
     Fault fault;
+    // Only calls whose request body meets all of these: a fault aimed at one
+    // cheque, card or barcode, so that tests sharing an emulator keep apart.
+    QList<Condition> where;
     When when = When::Always;
     qint64 times = 0;
     double fraction = 1;
@@ -60,14 +65,16 @@ QString faultName(const Fault& fault);
 const QStringList& operationNames();
 
 // A rule from its text:
-//   SPEC  = OPERATION ":" FAULT [";" WHEN]
+//   SPEC  = OPERATION ":" FAULT [";" WHEN] *(";" "where=" CONDITION)
 //   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS
 //         | "hang" ["=" MS] [",after"] | "notjson" | "truncate" [",after"]
 //         | "oversize" ["=" BYTES] | "reset" [",after"]
 //   WHEN  = "times=" N | "fraction=" F ["," "seed=" S] | "always"
-// e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2". A backslash
-// takes the next character as it is ("\," "\;" "\\"). nullopt, with what is
-// wrong in `error`, for anything else.
+//   CONDITION as matching/Condition.h reads it: $.dataId == "C-1"
+// e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2" or
+// "commitCheque:reset;where=$.dataId == \"C-1\"". A backslash takes the next
+// character as it is ("\," "\;" "\\"). nullopt, with what is wrong in
+// `error`, for anything else.
 std::optional<FaultRule> parseFaultSpec(const QString& spec, QString* error);
 
 // The rule's text in the form above; parseFaultSpec() gives the rule back.
@@ -77,7 +84,8 @@ QString faultSpec(const FaultRule& rule);
 //   {"operation": "itemInfo", "fault": "error", "status": 500, "code": 7,
 //    "msg": "Out of stock", "times": 2}
 // ("ms" for delay and hang, "bytes" for oversize, "after": true for a fault
-// played after the operation, "fraction" and "seed").
+// played after the operation, "fraction" and "seed", "where": a list of
+// conditions).
 // Checked as parseFaultSpec() checks the text.
 std::optional<FaultRule> faultRuleFromJson(const QJsonObject& object, QString* error);
 QJsonObject faultRuleToJson(const FaultRule& rule); // the members' form, with "spec"

@@ -1,5 +1,7 @@
 #include "FaultRules.h"
 
+#include <QJsonDocument>
+
 namespace vesk::emulator {
 
 void FaultRules::add(const FaultRule& rule) {
@@ -7,12 +9,15 @@ void FaultRules::add(const FaultRule& rule) {
               std::mt19937_64(rule.seed)};
     const std::lock_guard<std::mutex> lock(mutex_);
     rules_.push_back(std::move(live));
+    if (!rule.where.isEmpty())
+        ++aimed_;
 }
 
 int FaultRules::clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     const int count = int(rules_.size());
     rules_.clear();
+    aimed_ = 0;
     return count;
 }
 
@@ -37,13 +42,17 @@ bool FaultRules::fires(std::mt19937_64& generator, double fraction) {
     return draw < fraction;
 }
 
-std::optional<Fault> FaultRules::take(const QString& operation) {
+std::optional<Fault> FaultRules::take(const QString& operation, const QByteArray& body) {
+    // Parsed before the lock, and only when some rule looks into bodies.
+    const QJsonObject parsed = aimed_ > 0 ? QJsonDocument::fromJson(body).object() : QJsonObject();
     std::optional<Fault> fault;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         for (Live& live : rules_) {
             Entry& entry = live.entry;
             if (entry.rule.operation != QLatin1String("*") && entry.rule.operation != operation)
+                continue;
+            if (!entry.rule.where.isEmpty() && !allHold(entry.rule.where, parsed))
                 continue;
             bool fire = false;
             switch (entry.rule.when) {

@@ -4,6 +4,7 @@
 
 #include <QList>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -17,9 +18,10 @@ namespace vesk::emulator {
 // Thread-safe.
 //
 // Each call of an operation goes through the rules in the order they were
-// added; the first that fires decides the call's fault. A "times" rule fires
-// for the next N calls of its operation, then stays listed, spent. A
-// "fraction" rule draws for every call of its operation from its own PRNG
+// added; the first that fires decides the call's fault. A rule with
+// conditions ("where") considers only calls whose body meets them all. A
+// "times" rule fires for the next N such calls, then stays listed, spent. A
+// "fraction" rule draws for every such call from its own PRNG
 // (64-bit Mersenne Twister seeded with the rule's seed), so the same calls in
 // the same order fire alike on every run.
 class FaultRules {
@@ -35,8 +37,9 @@ public:
     QList<Entry> list() const;
     int active() const; // the rules that are not spent
 
-    // The fault for this call of `operation`, if a rule fires.
-    std::optional<Fault> take(const QString& operation);
+    // The fault for this call of `operation` with this request body, if a
+    // rule fires. The body is parsed only while a rule aims by content.
+    std::optional<Fault> take(const QString& operation, const QByteArray& body = QByteArray());
 
     // Waits, at most `timeout`, until the rules have fired `count` times in all.
     bool waitFired(qint64 count, std::chrono::milliseconds timeout) const;
@@ -55,6 +58,7 @@ private:
     mutable std::condition_variable firedChanged_;
     std::vector<Live> rules_;
     qint64 firedInAll_ = 0;
+    std::atomic<int> aimed_{0}; // rules with conditions: whether a call's body is needed
 };
 
 } // namespace vesk::emulator

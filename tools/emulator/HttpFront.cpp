@@ -222,7 +222,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     const QByteArray body = QByteArray::fromStdString(request.body);
     logBody(name, "request", body);
 
-    const std::optional<Fault> fault = faults_ ? faults_->take(name) : std::nullopt;
+    const std::optional<Fault> fault = faults_ ? faults_->take(name, body) : std::nullopt;
     if (fault)
         record.fault = faultName(*fault);
     // In the journal before anything goes out: a fault may break the
