@@ -8,7 +8,7 @@
 #include <cli/Operations.h>
 #include <cli/RecordExample.h>
 #include <cli/RecordMembers.h>
-#include <cli/RequestCheck.h>
+#include <requestcheck/RequestCheck.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -181,7 +181,7 @@ TEST(OpsListing, ShowsEachOperationsEndpoint) {
 TEST(RecordExample, EveryRequestsExamplePassesItsCheckWithEveryMember) {
     for (const Operation& operation : operations()) {
         const QVariantMap example = recordExample(*operation.request);
-        EXPECT_EQ(checkRequest(example, *operation.request), QList<RequestProblem>())
+        EXPECT_EQ(check::checkRequest(example, *operation.request), QList<check::RequestProblem>())
             << operation.name.toStdString();
         EXPECT_EQ(example.size(),
                   recordMembers(QMetaType::fromName(operation.request->className())).size());

@@ -1,6 +1,6 @@
 // What `vesk call` reports of a request object before it fills the record.
 
-#include <cli/RequestCheck.h>
+#include <requestcheck/RequestCheck.h>
 
 #include <vesk/disc/DiscCalcRequest.h>
 #include <vesk/loyalty/CommitChequeRequest.h>
@@ -32,12 +32,13 @@ TEST_P(RequestCheckTest, ReportsEveryKeyAndValueTheRecordWouldDropOrChange) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(row.request, &error);
     ASSERT_EQ(error.error, QJsonParseError::NoError) << row.request;
-    QList<RequestProblem> expected;
+    QList<check::RequestProblem> expected;
     for (const auto& [path, problem] : row.problems)
         expected.append({QString::fromUtf8(path), QString::fromUtf8(problem)});
-    const QList<RequestProblem> found = checkRequest(document.object().toVariantMap(), *row.record);
+    const QList<check::RequestProblem> found =
+        check::checkRequest(document.object().toVariantMap(), *row.record);
     QStringList shown;
-    for (const RequestProblem& problem : found)
+    for (const check::RequestProblem& problem : found)
         shown << problem.text();
     EXPECT_EQ(found, expected) << shown.join(QLatin1Char('\n')).toStdString();
 }

@@ -2,7 +2,7 @@
 
 #include "InProcess.h"
 
-#include <cli/Suggestion.h>
+#include <requestcheck/Suggestion.h>
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ class ClosestName : public testing::TestWithParam<SuggestionRow> {};
 
 TEST_P(ClosestName, IsTheOneTheRowExpects) {
     const SuggestionRow& row = GetParam();
-    EXPECT_EQ(closestName(QString::fromUtf8(row.word), row.candidates),
+    EXPECT_EQ(check::closestName(QString::fromUtf8(row.word), row.candidates),
               QString::fromUtf8(row.closest));
 }
 

@@ -5,7 +5,7 @@
 #include "ExitCodes.h"
 #include "Messages.h"
 #include "Operations.h"
-#include "Suggestion.h"
+#include <requestcheck/Suggestion.h>
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -87,7 +87,7 @@ int benchCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QT
         const std::optional<OperationRequest> read = readOperationRequest(line, in, err);
         if (!read)
             return exitCode::usage;
-        for (const RequestProblem& problem : read->problems)
+        for (const check::RequestProblem& problem : read->problems)
             warning(err) << problem.text() << '\n';
         run.operation = read->operation;
         run.request = read->request;
@@ -95,7 +95,7 @@ int benchCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QT
         return usageError(
             err,
             QStringLiteral("unknown scenario \"%1\" (the one there is: sale)%2")
-                .arg(line.scenario, didYouMean(line.scenario, {QStringLiteral("sale")})),
+                .arg(line.scenario, check::didYouMean(line.scenario, {QStringLiteral("sale")})),
             line.command);
     } else if (!line.arguments.isEmpty()) {
         return usageError(err, QStringLiteral("bench --scenario sale takes no operation"),

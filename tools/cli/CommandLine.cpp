@@ -1,7 +1,7 @@
 #include "CommandLine.h"
 
 #include "Duration.h"
-#include "Suggestion.h"
+#include <requestcheck/Suggestion.h>
 
 #include <emulator/CommandLine.h>
 #include <emulator/matching/Condition.h>
@@ -531,7 +531,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     const CommandDefinition* definition = findCommand(line.command);
     if (!definition)
         return fail(QStringLiteral("unknown command \"%1\"%2")
-                        .arg(line.command, didYouMean(line.command, commandNames())));
+                        .arg(line.command, check::didYouMean(line.command, commandNames())));
     *command = line.command;
 
     // After it: its arguments, its own options and again those of every command.
@@ -632,9 +632,9 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     if (line.command == QLatin1String("help") && !line.arguments.isEmpty() &&
         !findCommand(line.arguments.first())) {
         command->clear();
-        return fail(
-            QStringLiteral("unknown command \"%1\"%2")
-                .arg(line.arguments.first(), didYouMean(line.arguments.first(), commandNames())));
+        return fail(QStringLiteral("unknown command \"%1\"%2")
+                        .arg(line.arguments.first(),
+                             check::didYouMean(line.arguments.first(), commandNames())));
     }
     return line;
 }

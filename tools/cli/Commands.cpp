@@ -10,9 +10,9 @@
 #include "RecordExample.h"
 #include "RecordMembers.h"
 #include "RecordingClient.h"
-#include "RequestCheck.h"
 #include "RequestInput.h"
-#include "Suggestion.h"
+#include <requestcheck/RequestCheck.h>
+#include <requestcheck/Suggestion.h>
 
 #include <demo/FailureRehearsal.h>
 #include <demo/WholeSale.h>
@@ -77,7 +77,7 @@ std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QT
         usageError(err,
                    QStringLiteral("unknown service \"%1\" (the services are %2)%3")
                        .arg(service, serviceNames().join(QStringLiteral(", ")),
-                            didYouMean(service, serviceNames())),
+                            check::didYouMean(service, serviceNames())),
                    line.command);
         return std::nullopt;
     }
@@ -87,7 +87,7 @@ std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QT
                    QStringLiteral("unknown operation \"%1\" of service %2 (its operations are "
                                   "%3)%4")
                        .arg(name, service, operationNames(service).join(QStringLiteral(", ")),
-                            didYouMean(name, operationNames(service))),
+                            check::didYouMean(name, operationNames(service))),
                    line.command);
         return std::nullopt;
     }
@@ -98,7 +98,8 @@ std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QT
         error(err) << why << '\n';
         return std::nullopt;
     }
-    return OperationRequest{operation, *request, checkRequest(*request, *operation->request)};
+    return OperationRequest{operation, *request,
+                            check::checkRequest(*request, *operation->request)};
 }
 
 int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTextStream& in) {
@@ -107,11 +108,11 @@ int callCommand(const CommandLine& line, QTextStream& out, QTextStream& err, QTe
         return exitCode::usage;
     const Operation* operation = read->operation;
     const QVariantMap& request = read->request;
-    const QList<RequestProblem>& problems = read->problems;
+    const QList<check::RequestProblem>& problems = read->problems;
     if (!line.caFile.isEmpty() && !QFileInfo(line.caFile).isReadable())
         return usageError(err, QStringLiteral("--cacert: cannot read \"%1\"").arg(line.caFile),
                           line.command);
-    for (const RequestProblem& problem : problems)
+    for (const check::RequestProblem& problem : problems)
         (line.strict ? error(err) : warning(err)) << problem.text() << '\n';
     if (line.strict && !problems.isEmpty()) {
         error(err) << problems.size() << (problems.size() == 1 ? " problem" : " problems")
@@ -193,7 +194,7 @@ int recordCommand(const CommandLine& line, QTextStream& out, QTextStream& err) {
     if (found.isEmpty())
         return usageError(err,
                           QStringLiteral("no record named \"%1\"%2")
-                              .arg(name, didYouMean(name, recordNamesLike(name))),
+                              .arg(name, check::didYouMean(name, recordNamesLike(name))),
                           line.command);
     if (found.size() > 1) {
         error(err) << "\"" << name << "\" names more than one record:\n";

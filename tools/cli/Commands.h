@@ -2,7 +2,7 @@
 
 #include "CommandLine.h"
 #include "Operations.h"
-#include "RequestCheck.h"
+#include <requestcheck/RequestCheck.h>
 
 #include <QTextStream>
 #include <QVariantMap>
@@ -16,13 +16,13 @@ namespace vesk::cli {
 // (ExitCodes.h), writing its result to `out` and its complaints to `err`.
 
 // The operation that `line`'s first two arguments name and the request
-// object of its third (RequestInput.h), with what checkRequest() finds in it;
+// object of its third (RequestInput.h), with what check::checkRequest() finds in it;
 // nullopt, with what is wrong on `err`, for an unknown service or operation
 // or a request that cannot be read.
 struct OperationRequest {
     const Operation* operation;
     QVariantMap request;
-    QList<RequestProblem> problems;
+    QList<check::RequestProblem> problems;
 };
 std::optional<OperationRequest> readOperationRequest(const CommandLine& line, QTextStream& in,
                                                      QTextStream& err);

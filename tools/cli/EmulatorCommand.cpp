@@ -4,7 +4,7 @@
 #include "JournalCommand.h"
 #include "Messages.h"
 #include "ProcessSettings.h"
-#include "Suggestion.h"
+#include <requestcheck/Suggestion.h>
 
 #include <QJsonDocument>
 
@@ -54,7 +54,7 @@ int emulatorCommand(const CommandLine& line, QTextStream& out, QTextStream& err)
         return usageError(err,
                           QStringLiteral("unknown emulator action \"%1\" (health, faults, fault "
                                          "SPEC, clear, reset, journal or verify CALL)%2")
-                              .arg(action, didYouMean(action, actions)),
+                              .arg(action, check::didYouMean(action, actions)),
                           line.command);
     const Arity arity = arityOf(action);
     const qsizetype further = line.arguments.size() - 1;

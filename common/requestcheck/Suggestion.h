@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace vesk::cli {
+namespace vesk::check {
 
 // The one of `candidates` that `word` was probably meant to be: the first
 // equal to it but for letter case, else the nearest by edit distance when it
@@ -14,4 +14,4 @@ QString closestName(const QString& word, const QStringList& candidates);
 // "; did you mean NAME?" for the closest name, or nothing.
 QString didYouMean(const QString& word, const QStringList& candidates);
 
-} // namespace vesk::cli
+} // namespace vesk::check

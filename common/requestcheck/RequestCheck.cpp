@@ -11,7 +11,7 @@
 
 #include <cmath>
 
-namespace vesk::cli {
+namespace vesk::check {
 namespace {
 
 using records::JsonType;
@@ -167,4 +167,4 @@ QList<RequestProblem> checkRequest(const QVariantMap& request, const QMetaObject
     return checker.problems;
 }
 
-} // namespace vesk::cli
+} // namespace vesk::check

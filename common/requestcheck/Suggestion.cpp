@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace vesk::cli {
+namespace vesk::check {
 namespace {
 
 // Levenshtein distance: insertions, deletions and substitutions, each 1.
@@ -54,4 +54,4 @@ QString didYouMean(const QString& word, const QStringList& candidates) {
     return closest.isEmpty() ? QString() : QStringLiteral("; did you mean %1?").arg(closest);
 }
 
-} // namespace vesk::cli
+} // namespace vesk::check

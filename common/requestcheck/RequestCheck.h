@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariantMap>
 
-namespace vesk::cli {
+namespace vesk::check {
 
 // One thing in a request object that the record would not take as it is.
 struct RequestProblem {
@@ -28,4 +28,4 @@ struct RequestProblem {
 // order, entries in list order.
 QList<RequestProblem> checkRequest(const QVariantMap& request, const QMetaObject& record);
 
-} // namespace vesk::cli
+} // namespace vesk::check
