@@ -4,6 +4,8 @@
 
 #include <vesk/records/Members.h>
 
+#include <masking/SecretMasking.h>
+
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -54,6 +56,14 @@ QString shown(const QVariant& value) {
         QJsonDocument(QJsonArray{QJsonValue::fromVariant(value)}).toJson(QJsonDocument::Compact));
     text = text.mid(1, text.size() - 2); // [value]
     return text.size() > 40 ? text.left(37) + QStringLiteral("...") : text;
+}
+
+// The value as a problem shows it: a secret key's masked as the logs mask
+// it, since the emulator logs and keeps these problems.
+QString shownFor(const char* key, const QVariant& value) {
+    const QString name = QLatin1String(key);
+    return masking::secretOf(name) == masking::Secret::None ? shown(value)
+                                                            : masking::maskedValue(name, value);
 }
 
 QString expected(JsonType type) {
@@ -138,7 +148,8 @@ private:
 
     void value(const QVariant& value, const Member& member, const QString& path) {
         if (!fits(value, member.type)) {
-            add(path, QStringLiteral("%1 is not %2").arg(shown(value), expected(member.type)));
+            add(path, QStringLiteral("%1 is not %2")
+                          .arg(shownFor(member.key, value), expected(member.type)));
             return;
         }
         if (member.type != JsonType::List && member.type != JsonType::StringList)
@@ -149,7 +160,7 @@ private:
             const QVariant& element = list.at(i);
             if (member.type == JsonType::StringList) {
                 if (!isText(element))
-                    add(where, QStringLiteral("%1 is not text").arg(shown(element)));
+                    add(where, QStringLiteral("%1 is not text").arg(shownFor(member.key, element)));
             } else if (!isObject(element)) {
                 add(where, QStringLiteral("%1 is not an object").arg(shown(element)));
             } else if (member.entry) {

@@ -56,7 +56,7 @@ expect "vesk emulator verify commit" "commitCheque"
 expect "vesk emulator --wh" "--where"
 expect "vesk help op" "openapi ops"
 expect "vesk-emulator --l" "--listen"
-expect "vesk-emulator --" "--db --fault --help --journal-bytes --journal-size --listen --seed --version"
+expect "vesk-emulator --" "--db --fault --help --journal-bytes --journal-size --listen --seed --strict-requests --version"
 
 if ((failures > 0)); then
     echo "$failures completion(s) wrong"

@@ -44,6 +44,10 @@ QString emulatorUsage() {
         "                      OPERATION \"*\" hits every operation; repeat for more rules.\n"
         "                      At run time: /_emulator/faults, /_emulator/reset and\n"
         "                      /_emulator/health on the same address (vesk emulator --help)\n"
+        "  --strict-requests   refuse a request whose body has keys that name no member\n"
+        "                      or values of the wrong kind (422, naming each by its JSON\n"
+        "                      path); without it such a request is served, and what does\n"
+        "                      not fit is logged and kept in the journal\n"
         "  --journal-size N    keep the last N requests of the operations in the journal\n"
         "                      (default 10000; 0: no journal), for /_emulator/requests,\n"
         "                      /_emulator/verify and vesk emulator journal | verify\n"
@@ -66,7 +70,9 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
                                          QStringLiteral("N"));
     const QCommandLineOption journalBytes(QStringLiteral("journal-bytes"), QString(),
                                           QStringLiteral("N"));
-    parser.addOptions({listen, db, seed, help, version, fault, journalSize, journalBytes});
+    const QCommandLineOption strictRequests(QStringLiteral("strict-requests"));
+    parser.addOptions(
+        {listen, db, seed, help, version, fault, journalSize, journalBytes, strictRequests});
 
     const auto fail = [&](const QString& why) {
         if (error)
@@ -83,6 +89,7 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     CommandLine line;
     line.help = parser.isSet(help);
     line.version = parser.isSet(version);
+    line.options.strictRequests = parser.isSet(strictRequests);
     if (parser.isSet(listen)) {
         QString why;
         if (!parseListenAddress(parser.value(listen), &line.options.host, &line.options.port, &why))

@@ -10,7 +10,8 @@ namespace vesk::emulator {
 
 // The command line of vesk-emulator:
 //     vesk-emulator [--listen HOST:PORT] [--db FILE] [--seed FILE] [--fault SPEC]...
-//                   [--journal-size N] [--journal-bytes N] [--help | --version]
+//                   [--strict-requests] [--journal-size N] [--journal-bytes N]
+//                   [--help | --version]
 struct CommandLine {
     Options options;
     bool help = false;

@@ -109,6 +109,7 @@ bool Emulator::start(QString* error) {
     running_->front = std::make_unique<HttpFront>(
         *running_->sales, *running_->discount, *running_->loyalty, faults_.get(),
         running_->admin.get(), running_->repeats.get(), journal_.get());
+    running_->front->setStrictRequests(options_.strictRequests);
     running_->uptime.start();
     if (!running_->front->start(options_.host, options_.port, &why))
         return fail(why);

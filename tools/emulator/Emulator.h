@@ -20,6 +20,9 @@ struct Options {
     QString seedFile; // empty: the seed shipped with the emulator (compiled in as a Qt resource)
     QList<FaultRule> faults; // in force from the start, in this order
     // The request journal's bounds (journal/Journal.h); 0 entries: no journal.
+    // Refuse a request whose body has keys or values its record does not
+    // take (422), rather than serve it and log what does not fit.
+    bool strictRequests = false;
     int journalEntries = 10000;
     qint64 journalBytes = 64 * 1024 * 1024;
 };

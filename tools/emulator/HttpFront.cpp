@@ -17,6 +17,8 @@
 
 #include <morva/Serder.h>
 
+#include <requestcheck/RequestCheck.h>
+
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -98,14 +100,28 @@ QString methodAndPath(const httplib::Request& request) {
     return QString::fromStdString(request.method + ' ' + request.path);
 }
 
+// An operation and the record its body fills.
+struct OperationRoute {
+    HttpFront::Operation operation;
+    const QMetaObject* request;
+};
+
 // One operation: the body as the service's request record, its reply as the answer's object.
 template <class Service, class Request, class Response>
-HttpFront::Operation operation(Service& service, Response (Service::*method)(const Request&)) {
-    return [&service, method](const QVariant& body) {
-        const QVariant reply =
-            serder::serialize((service.*method)(serder::deserialize<Request>(body)));
-        return HttpFront::Answer{200, QJsonObject::fromVariantMap(reply.toMap())};
-    };
+OperationRoute operation(Service& service, Response (Service::*method)(const Request&)) {
+    return {[&service, method](const QVariant& body) {
+                const QVariant reply =
+                    serder::serialize((service.*method)(serder::deserialize<Request>(body)));
+                return HttpFront::Answer{200, QJsonObject::fromVariantMap(reply.toMap())};
+            },
+            &Request::staticMetaObject};
+}
+
+QStringList findingsIn(const QVariantMap& body, const QMetaObject& record) {
+    QStringList findings;
+    for (const check::RequestProblem& problem : check::checkRequest(body, record))
+        findings.append(problem.text());
+    return findings;
 }
 
 } // namespace
@@ -137,18 +153,23 @@ HttpFront::~HttpFront() {
 
 void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
                           RepeatGuard* repeats) {
-    const auto add = [this](const char* base, const char* name, Operation op) {
-        operations_.emplace(std::string(base) + name, std::move(op));
+    const auto add = [this](const char* base, const char* name, OperationRoute route) {
+        operations_.emplace(std::string(base) + name,
+                            Route{std::move(route.operation), route.request});
     };
     // The calls that take effect once per cheque, and the one that lets a cheque go.
     const auto once = [repeats](const char* name, const RepeatGuard::Identification& by,
-                                Operation op) {
-        return repeats ? repeats->once(QLatin1String(name), by, std::move(op)) : op;
+                                OperationRoute route) {
+        if (repeats)
+            route.operation = repeats->once(QLatin1String(name), by, std::move(route.operation));
+        return route;
     };
-    const auto releasing = [repeats](const char* guarded, const char* chequeKey, Operation op) {
-        return repeats ? repeats->releasing(QLatin1String(guarded), QLatin1String(chequeKey),
-                                            std::move(op))
-                       : op;
+    const auto releasing = [repeats](const char* guarded, const char* chequeKey,
+                                     OperationRoute route) {
+        if (repeats)
+            route.operation = repeats->releasing(QLatin1String(guarded), QLatin1String(chequeKey),
+                                                 std::move(route.operation));
+        return route;
     };
     const RepeatGuard::Identification byChequeId{QStringLiteral("chequeId"), QString()};
     const RepeatGuard::Identification byDataId{QStringLiteral("dataId"), QString()};
@@ -203,14 +224,29 @@ HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& b
                          .arg(parseError.offset));
     if (!document.isObject())
         return error(400, code::badBody, QStringLiteral("The body is JSON but not an object"));
-    try {
-        return op->second(document.object().toVariantMap());
-    } catch (const ServiceError& e) {
-        return error(e.status(), e.code(), e.userMsg());
-    } catch (const std::exception& e) {
-        return error(500, code::internal,
-                     QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
+    const QVariantMap request = document.object().toVariantMap();
+    const QStringList findings = findingsIn(request, *op->second.request);
+    if (strict_ && !findings.isEmpty()) {
+        Answer refused = error(422, code::doesNotFit,
+                               QStringLiteral("The request does not fit %1: %2")
+                                   .arg(QLatin1String(op->second.request->className()),
+                                        findings.join(QStringLiteral("; "))));
+        refused.findings = findings;
+        return refused;
     }
+    Answer answered = [&] {
+        try {
+            return op->second.operation(request);
+        } catch (const ServiceError& e) {
+            return error(e.status(), e.code(), e.userMsg());
+        } catch (const std::exception& e) {
+            return error(
+                500, code::internal,
+                QStringLiteral("The emulator failed: %1").arg(QString::fromUtf8(e.what())));
+        }
+    }();
+    answered.findings = findings;
+    return answered;
 }
 
 void HttpFront::serveOperation(const std::string& path, const QString& name,
@@ -229,11 +265,17 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     // connection, and the client may ask the journal, before this handler ends.
     const qint64 seq =
         journal_ ? journal_->add(JournalEntry::arrived(arrivedMs, name, body, record.fault)) : 0;
+    QStringList findings;
+    const auto perform = [&] {
+        Answer answered = answer(path, body);
+        findings = answered.findings;
+        return answered;
+    };
     FaultInjector::Played played = FaultInjector::Played::asUsual();
     if (fault)
-        played = injector_->play(*fault, request, response, [&] { return answer(path, body); });
+        played = injector_->play(*fault, request, response, perform);
     if (played.replyAsUsual) {
-        const Answer answered = answer(path, body);
+        const Answer answered = perform();
         played = {false, answered.status, codeOf(answered),
                   replyJson(request, response, answered.status, answered.object), answered.note};
     }
@@ -250,8 +292,10 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     record.ms = timer.elapsed();
     ++served_;
     logRequest(record);
+    if (!findings.isEmpty())
+        logFindings(name, findings);
     if (journal_)
-        journal_->complete(seq, record.status, record.code, record.ms, record.note);
+        journal_->complete(seq, record.status, record.code, record.ms, record.note, findings);
 }
 
 void HttpFront::serveOther(const httplib::Request& request, httplib::Response& response) {

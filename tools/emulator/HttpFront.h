@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <atomic>
@@ -68,8 +69,15 @@ public:
         int status;
         QJsonObject object;
         QString note = QString(); // for the request's log line: "replayed"
+        // What in the request its record does not take (check::checkRequest), masked.
+        QStringList findings = QStringList();
     };
     Answer answer(const std::string& path, const QByteArray& body) const;
+
+    // Whether a request whose body has keys or values that its record does
+    // not take is refused (422, code::doesNotFit) rather than served with
+    // its findings logged and journaled. Set before start().
+    void setStrictRequests(bool strict) { strict_ = strict; }
 
     // Binds (port 0: any free port) and serves on background threads.
     bool start(const QString& host, quint16 port, QString* error);
@@ -90,7 +98,13 @@ private:
     void serveOther(const httplib::Request& request, httplib::Response& response);
 
     std::unique_ptr<HttpServer> server_;
-    std::map<std::string, Operation> operations_; // by path
+    // An operation and the record its body fills.
+    struct Route {
+        Operation operation;
+        const QMetaObject* request;
+    };
+    std::map<std::string, Route> operations_; // by path
+    bool strict_ = false;
     FaultRules* faults_;
     const AdminApi* admin_;
     Journal* journal_;

@@ -44,6 +44,11 @@ void logBody(const QString& what, const char* direction, const QByteArray& body)
                    .arg(what, QLatin1String(direction), masking::maskSecrets(body));
 }
 
+void logFindings(const QString& what, const QStringList& findings) {
+    qCWarning(lcEmulator).noquote() << QStringLiteral("%1 request does not fit its record: %2")
+                                           .arg(what, findings.join(QStringLiteral("; ")));
+}
+
 void logNoReply(const QString& what) {
     qCDebug(lcEmulatorBody).noquote() << QStringLiteral("%1 reply: (none)").arg(what);
 }

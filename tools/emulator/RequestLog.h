@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -43,6 +44,11 @@ void logRequest(const RequestRecord& record);
 // A body on "vesk.emulator.body" at debug, secrets masked:
 //   itemInfo request: {"barcode":"4601234000017"}
 void logBody(const QString& what, const char* direction, const QByteArray& body);
+// What in a request its record does not take, on "vesk.emulator" at warning
+// (the values of secret keys masked):
+//   itemInfo request does not fit its record: $.barCod names no member of
+//   vesk::sales::ItemInfoRequest; did you mean barcode?
+void logFindings(const QString& what, const QStringList& findings);
 // "itemInfo reply: (none)", for a fault that sends none.
 void logNoReply(const QString& what);
 

@@ -7,7 +7,7 @@
 namespace vesk::emulator {
 
 // The error codes that the emulator sends in the "code" of an error reply.
-// Each service has its own thousand; 400, 404, 405, 409, 413 and 500 are the
+// Each service has its own thousand; 400, 404, 405, 409, 413, 422 and 500 are the
 // HTTP front's and equal the status that they come with.
 namespace code {
 inline constexpr int badBody = 400;     // the body is not a JSON object
@@ -15,7 +15,9 @@ inline constexpr int unknownPath = 404; // no operation at that path
 inline constexpr int wrongMethod = 405; // an operation's path with another method than POST
 inline constexpr int otherBody = 409;   // a cheque sent again with another body (RepeatGuard)
 inline constexpr int tooLarge = 413;    // a body over the size limit
-inline constexpr int internal = 500;    // the emulator itself failed (its database)
+inline constexpr int doesNotFit =
+    422; // --strict-requests: keys or values that its record does not take
+inline constexpr int internal = 500; // the emulator itself failed (its database)
 
 inline constexpr int salesInvalid = 1000; // a value out of range or missing
 inline constexpr int unknownBarcode = 1001;

@@ -173,7 +173,7 @@ qint64 Journal::add(JournalEntry entry) {
 }
 
 void Journal::complete(qint64 seq, int status, std::optional<int> code, qint64 ms,
-                       const QString& note) {
+                       const QString& note, const QStringList& findings) {
     const std::lock_guard<std::mutex> lock(mutex_);
     // Numbers are consecutive from the oldest kept: the entry's place is known.
     if (entries_.empty() || seq < entries_.front().seq || seq > entries_.back().seq)
@@ -184,6 +184,7 @@ void Journal::complete(qint64 seq, int status, std::optional<int> code, qint64 m
     entry.code = code;
     entry.ms = ms;
     entry.note = note;
+    entry.findings = findings;
     entry.done = true;
     bytes_ += entry.footprint();
 }

@@ -78,7 +78,8 @@ public:
     // Numbers the entry and keeps it; its number (0 when the journal keeps nothing).
     qint64 add(JournalEntry entry);
     // What became of a request added while it arrived; nothing if it was dropped since.
-    void complete(qint64 seq, int status, std::optional<int> code, qint64 ms, const QString& note);
+    void complete(qint64 seq, int status, std::optional<int> code, qint64 ms, const QString& note,
+                  const QStringList& findings = QStringList());
 
     // The entries that the filter admits, oldest first.
     QList<JournalEntry> select(const JournalFilter& filter) const;
