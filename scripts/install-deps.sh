@@ -28,6 +28,7 @@ if [[ "$what" == all ]]; then
         libgtest-dev libgmock-dev libbenchmark-dev
         clang-14 libclang-rt-14-dev
         doxygen dpkg-dev lintian help2man man-db
+        prometheus # promtool lints the emulator's metrics in a test
     )
     # Node.js runs the contract test's OpenAPI validator; any node will do.
     command -v node >/dev/null 2>&1 || packages+=(nodejs npm)

@@ -119,7 +119,7 @@ TEST_F(AdminApiTest, WrongMethodAndUnknownRouteAreRefused) {
     EXPECT_EQ(unknown.status, 404);
     EXPECT_EQ(unknown.body.value("userMsg").toString(),
               QStringLiteral("Nothing at /_emulator/stats (health, faults, reset, requests, "
-                             "requests/find, requests/count or verify)"));
+                             "requests/find, requests/count, verify or metrics)"));
 }
 
 TEST_F(AdminApiTest, ResetBringsSpentBonusesAndTokensBackToTheSeed) {

@@ -4,11 +4,12 @@
 #include "Log.h"
 #include "admin/Routes.h"
 #include "journal/Journal.h"
+#include "metrics/Metrics.h"
 
 namespace vesk::emulator {
 
 AdminApi::AdminApi(FaultRules& faults, Journal& journal, std::function<Health()> health,
-                   std::function<bool(QString*)> reset) {
+                   std::function<bool(QString*)> reset, std::function<QByteArray()> metrics) {
     routes_.add("GET", "health", [&faults, &journal, health](const AdminRequest&) {
         const Health now = health();
         const Journal::Totals totals = journal.totals();
@@ -35,6 +36,13 @@ AdminApi::AdminApi(FaultRules& faults, Journal& journal, std::function<Health()>
     });
     addJournalRoutes(routes_, journal);
     addVerifyRoute(routes_, journal);
+    if (metrics)
+        routes_.add("GET", "metrics", [metrics](const AdminRequest&) {
+            HttpFront::Answer answer{200, QJsonObject()};
+            answer.rawBody = metrics();
+            answer.rawType = Metrics::contentType;
+            return answer;
+        });
 }
 
 bool AdminApi::isAdminPath(const std::string& path) {

@@ -19,6 +19,7 @@ class Journal;
 //   /_emulator/faults         the fault rules (admin/Routes.h)
 //   /_emulator/requests...    the request journal (admin/Routes.h)
 //   /_emulator/verify         verification against the journal (admin/Routes.h)
+//   GET    /_emulator/metrics the Prometheus text exposition (metrics/Metrics.h)
 // Failures come as the operations' do: {"code": N, "userMsg": "..."} with
 // the status as the code (400, 404, 405, 500).
 class AdminApi {
@@ -30,8 +31,10 @@ public:
         qint64 requestsServed = 0;
     };
     // `reset` restores the seed's state; false, with the reason, on failure.
+    // `metrics`, when given, makes GET /_emulator/metrics: its text.
     AdminApi(FaultRules& faults, Journal& journal, std::function<Health()> health,
-             std::function<bool(QString* error)> reset);
+             std::function<bool(QString* error)> reset,
+             std::function<QByteArray()> metrics = nullptr);
 
     static bool isAdminPath(const std::string& path);
 

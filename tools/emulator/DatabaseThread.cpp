@@ -1,5 +1,7 @@
 #include "DatabaseThread.h"
 
+#include <chrono>
+
 namespace vesk::emulator {
 
 DatabaseThread::DatabaseThread()
@@ -37,7 +39,13 @@ void DatabaseThread::loop() {
             job = std::move(jobs_.front());
             jobs_.pop_front();
         }
+        const auto started = std::chrono::steady_clock::now();
         job(); // a packaged_task: whatever it throws goes to the waiting caller
+        busyNs_.fetch_add(std::chrono::duration_cast<std::chrono::nanoseconds>(
+                              std::chrono::steady_clock::now() - started)
+                              .count(),
+                          std::memory_order_relaxed);
+        jobsRun_.fetch_add(1, std::memory_order_relaxed);
     }
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QtGlobal>
+
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -51,6 +54,10 @@ public:
 
     bool isCurrent() const;
 
+    // The jobs run so far and the time they took, for the metrics.
+    qint64 jobsRun() const { return jobsRun_.load(std::memory_order_relaxed); }
+    qint64 busyNanoseconds() const { return busyNs_.load(std::memory_order_relaxed); }
+
 private:
     // Tells the waiting caller that a job is over and let go of.
     class Released {
@@ -78,6 +85,8 @@ private:
     std::condition_variable wake_;
     std::deque<std::function<void()>> jobs_;
     bool stopping_ = false;
+    std::atomic<qint64> jobsRun_{0};
+    std::atomic<qint64> busyNs_{0};
     std::thread thread_;
 };
 

@@ -11,7 +11,9 @@
 #include "SeedData.h"
 #include "Store.h"
 #include "journal/Journal.h"
+#include "metrics/Metrics.h"
 
+#include <QDateTime>
 #include <QElapsedTimer>
 
 namespace vesk::emulator {
@@ -25,9 +27,11 @@ struct Emulator::Running {
     std::unique_ptr<DiscountService> discount;
     std::unique_ptr<LoyaltyService> loyalty;
     std::unique_ptr<RepeatGuard> repeats;
+    Metrics metrics;
     std::unique_ptr<AdminApi> admin;
     std::unique_ptr<HttpFront> front;
     QElapsedTimer uptime;
+    qint64 startedMs = QDateTime::currentMSecsSinceEpoch();
 };
 
 Emulator::Emulator(Options options)
@@ -105,10 +109,23 @@ bool Emulator::start(QString* error) {
             return AdminApi::Health{running->uptime.elapsed(),
                                     running->front ? running->front->requestsServed() : 0};
         },
-        [this](QString* error) { return reset(error); });
+        [this](QString* error) { return reset(error); },
+        [this, running] {
+            const Journal::Totals journal = journal_->totals();
+            Metrics::Gauges gauges;
+            gauges.journalSize = journal.size;
+            gauges.journalBytes = journal.bytes;
+            gauges.journalDropped = journal.dropped;
+            gauges.faultsActive = faults_->active();
+            gauges.databaseJobs = running->store.databaseThread().jobsRun();
+            gauges.databaseSeconds =
+                double(running->store.databaseThread().busyNanoseconds()) / 1e9;
+            gauges.startTimeSeconds = double(running->startedMs) / 1000.0;
+            return running->metrics.exposition(gauges);
+        });
     running_->front = std::make_unique<HttpFront>(
         *running_->sales, *running_->discount, *running_->loyalty, faults_.get(),
-        running_->admin.get(), running_->repeats.get(), journal_.get());
+        running_->admin.get(), running_->repeats.get(), journal_.get(), &running_->metrics);
     running_->front->setStrictRequests(options_.strictRequests);
     running_->uptime.start();
     if (!running_->front->start(options_.host, options_.port, &why))

@@ -14,6 +14,7 @@
 #include "ServiceError.h"
 #include "StopSignal.h"
 #include "journal/Journal.h"
+#include "metrics/Metrics.h"
 
 #include <morva/Serder.h>
 
@@ -138,10 +139,11 @@ QString HttpFront::servicePath(const QString& service) {
 
 HttpFront::HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
                      FaultRules* faults, const AdminApi* admin, RepeatGuard* repeats,
-                     Journal* journal)
+                     Journal* journal, Metrics* metrics)
     : faults_(faults)
     , admin_(admin)
     , journal_(journal)
+    , metrics_(metrics)
     , stop_(std::make_unique<StopSignal>())
     , injector_(std::make_unique<FaultInjector>(*stop_)) {
     addRoutes(sales, discount, loyalty, repeats);
@@ -259,8 +261,11 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     logBody(name, "request", body);
 
     const std::optional<Fault> fault = faults_ ? faults_->take(name, body) : std::nullopt;
-    if (fault)
+    if (fault) {
         record.fault = faultName(*fault);
+        if (metrics_)
+            metrics_->recordFault(fault->kind);
+    }
     // In the journal before anything goes out: a fault may break the
     // connection, and the client may ask the journal, before this handler ends.
     const qint64 seq =
@@ -292,6 +297,8 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     record.ms = timer.elapsed();
     ++served_;
     logRequest(record);
+    if (metrics_)
+        metrics_->recordRequest(name, record.status, timer.nsecsElapsed() / 1000);
     if (!findings.isEmpty())
         logFindings(name, findings);
     if (journal_)
@@ -306,8 +313,15 @@ void HttpFront::serveOther(const httplib::Request& request, httplib::Response& r
     if (admin_ && AdminApi::isAdminPath(request.path)) {
         // An admin call is logged by its path and status: its refusals' codes
         // only repeat the status.
+        if (metrics_)
+            metrics_->recordAdminRequest();
         const Answer answered = admin_->answer(adminRequest(request));
-        replyJson(request, response, answered.status, answered.object);
+        if (answered.rawType.isEmpty()) {
+            replyJson(request, response, answered.status, answered.object);
+        } else {
+            response.status = answered.status;
+            response.set_content(answered.rawBody.toStdString(), answered.rawType.toStdString());
+        }
     } else {
         if (operations_.count(request.path))
             replyError(request, response, 405, code::wrongMethod,

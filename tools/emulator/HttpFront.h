@@ -25,6 +25,7 @@ class FaultInjector;
 class FaultRules;
 class HttpServer;
 class Journal;
+class Metrics;
 class LoyaltyService;
 class RepeatGuard;
 class SalesService;
@@ -55,10 +56,12 @@ public:
     // "/api/axapta/ExchangeData_Sales/"; empty for another name.
     static QString servicePath(const QString& service);
 
-    // `faults`, `admin`, `repeats` and `journal` may be null; they must outlive the front.
+    // `faults`, `admin`, `repeats`, `journal` and `metrics` may be null; they
+    // must outlive the front.
     HttpFront(SalesService& sales, DiscountService& discount, LoyaltyService& loyalty,
               FaultRules* faults = nullptr, const AdminApi* admin = nullptr,
-              RepeatGuard* repeats = nullptr, Journal* journal = nullptr);
+              RepeatGuard* repeats = nullptr, Journal* journal = nullptr,
+              Metrics* metrics = nullptr);
     ~HttpFront(); // stops
     HttpFront(const HttpFront&) = delete;
     HttpFront& operator=(const HttpFront&) = delete;
@@ -71,6 +74,9 @@ public:
         QString note = QString(); // for the request's log line: "replayed"
         // What in the request its record does not take (check::checkRequest), masked.
         QStringList findings = QStringList();
+        // A reply that is not JSON (the metrics' text): its body and media type.
+        QByteArray rawBody = QByteArray();
+        QByteArray rawType = QByteArray();
     };
     Answer answer(const std::string& path, const QByteArray& body) const;
 
@@ -108,6 +114,7 @@ private:
     FaultRules* faults_;
     const AdminApi* admin_;
     Journal* journal_;
+    Metrics* metrics_;
     std::unique_ptr<StopSignal> stop_;
     std::unique_ptr<FaultInjector> injector_;
     std::atomic<qint64> served_{0};

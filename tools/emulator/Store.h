@@ -163,6 +163,9 @@ public:
     void saveParkingValidation(const ParkingValidation& validation);
     std::optional<ParkingValidation> parkingValidation(const QString& parkingId);
 
+    // The thread that does the database's work, for its metrics.
+    const DatabaseThread& databaseThread() const { return thread_; }
+
 private:
     // BEGIN IMMEDIATE when made, ROLLBACK when left without commit(); nested
     // scopes (a transaction inside another) join the outer one.
