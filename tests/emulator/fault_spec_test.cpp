@@ -125,7 +125,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadSpec{"itemlnfo:reset",
                 "unknown operation \"itemlnfo\" (an operation's name, such as itemInfo, or *)"},
         BadSpec{"itemInfo:explode", "unknown fault \"explode\" (error, delay, hang, notjson, "
-                                    "truncate, oversize or reset)"},
+                                    "truncate, oversize, reset, dribble or stall)"},
+        BadSpec{"itemInfo:dribble", "dribble needs a value: dribble=MS"},
+        BadSpec{"itemInfo:dribble=100,chunks=0",
+                "chunks: \"0\" is not a whole number from 1 to 10000"},
+        BadSpec{"itemInfo:stall=0", "stall: \"0\" is not a whole number from 1 to 3600000"},
+        BadSpec{"itemInfo:stall,after", "stall does not take \"after\""},
         BadSpec{"itemInfo:error", "error needs a value: error=STATUS"},
         BadSpec{"itemInfo:error=200", "error: \"200\" is not a whole number from 400 to 599"},
         BadSpec{"itemInfo:delay=-1", "delay: \"-1\" is not a whole number from 0 to 600000"},
@@ -158,6 +163,30 @@ INSTANTIATE_TEST_SUITE_P(
         // "after" belongs to the fault, not to when it fires.
         BadSpec{"commitCheque:reset;after",
                 "unknown condition \"after\" (times=N, fraction=F[,seed=S] or always)"}));
+
+TEST(FaultSpecSlowWires, DribbleAndStallReadAndAreWrittenBack) {
+    QString error;
+    const std::optional<FaultRule> dribble =
+        parseFaultSpec(QStringLiteral("itemInfo:dribble=2000,chunks=8;times=1"), &error);
+    ASSERT_TRUE(dribble) << error.toStdString();
+    EXPECT_EQ(dribble->fault.kind, Fault::Kind::Dribble);
+    EXPECT_EQ(dribble->fault.ms, 2000);
+    EXPECT_EQ(dribble->fault.chunks, 8);
+    EXPECT_EQ(faultSpec(*dribble), "itemInfo:dribble=2000,chunks=8;times=1");
+    EXPECT_EQ(parseFaultSpec(QStringLiteral("itemInfo:dribble=500"), &error)->fault.chunks, 10);
+    const std::optional<FaultRule> stall = parseFaultSpec(QStringLiteral("itemInfo:stall"), &error);
+    ASSERT_TRUE(stall) << error.toStdString();
+    EXPECT_EQ(stall->fault.ms, 300000);
+    EXPECT_EQ(faultSpec(*stall), "itemInfo:stall=300000");
+    const std::optional<FaultRule> fromJson = faultRuleFromJson(
+        QJsonDocument::fromJson(
+            R"({"operation": "itemInfo", "fault": "dribble", "ms": 900, "chunks": 3})")
+            .object(),
+        &error);
+    ASSERT_TRUE(fromJson) << error.toStdString();
+    EXPECT_EQ(faultSpec(*fromJson), "itemInfo:dribble=900,chunks=3");
+    EXPECT_EQ(faultRuleToJson(*fromJson).value("chunks").toInt(), 3);
+}
 
 TEST(FaultSpecWhere, AimsTheRuleAndIsWrittenBack) {
     QString error;

@@ -36,6 +36,7 @@ QString emulatorUsage() {
         "                      e.g. itemInfo:error=500,code=7,msg=Out of stock;times=2\n"
         "                      FAULT: error=STATUS[,code=N][,msg=TEXT] | delay=MS | hang[=MS]\n"
         "                             | notjson | truncate | oversize[=BYTES] | reset\n"
+        "                             | dribble=MS[,chunks=N] | stall[=MS]\n"
         "                      hang, truncate and reset take \",after\": the operation is\n"
         "                      done first, then its reply breaks (reset,after)\n"
         "                      WHEN:  times=N | fraction=F[,seed=S] | always (the default)\n"

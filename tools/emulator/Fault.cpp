@@ -19,6 +19,8 @@ constexpr int defaultHangMs = 300000;  // well past any client's timeout (the li
 constexpr qint64 maxBytes = 256 << 20; // 256 MiB
 constexpr qint64 defaultOversize = 8 << 20;
 constexpr qint64 maxTimes = 1000000000;
+constexpr int defaultChunks = 10;
+constexpr int maxChunks = 10000;
 
 const QString syntax = QStringLiteral("expected OPERATION:FAULT[;WHEN][;where=CONDITION]...");
 
@@ -143,7 +145,8 @@ const KindName kindNames[] = {
     {Fault::Kind::Error, "error"},       {Fault::Kind::Delay, "delay"},
     {Fault::Kind::Hang, "hang"},         {Fault::Kind::NotJson, "notjson"},
     {Fault::Kind::Truncate, "truncate"}, {Fault::Kind::Oversize, "oversize"},
-    {Fault::Kind::Reset, "reset"},
+    {Fault::Kind::Reset, "reset"},       {Fault::Kind::Dribble, "dribble"},
+    {Fault::Kind::Stall, "stall"},
 };
 
 // The parameters after the first item of a part: each once, only the allowed
@@ -184,7 +187,7 @@ Fault readFault(const QString& text) {
         }
     if (!known)
         fail(QStringLiteral("unknown fault \"%1\" (error, delay, hang, notjson, truncate, "
-                            "oversize or reset)")
+                            "oversize, reset, dribble or stall)")
                  .arg(head.key));
     const auto needsValue = [&](const char* form) {
         if (!head.hasValue)
@@ -216,6 +219,16 @@ Fault readFault(const QString& text) {
     case Fault::Kind::Oversize:
         fault.bytes = head.hasValue ? size(head.key, head.value) : defaultOversize;
         break;
+    case Fault::Kind::Dribble:
+        needsValue("dribble=MS");
+        fault.ms = int(wholeNumber(head.key, head.value, 0, maxDelayMs));
+        fault.chunks = defaultChunks;
+        allowed = QStringList{QStringLiteral("chunks")};
+        break;
+    case Fault::Kind::Stall:
+        fault.ms =
+            head.hasValue ? int(wholeNumber(head.key, head.value, 1, maxHangMs)) : defaultHangMs;
+        break;
     case Fault::Kind::Truncate:
     case Fault::Kind::Reset:
         flags << QStringLiteral("after");
@@ -230,6 +243,8 @@ Fault readFault(const QString& text) {
         [&](const Item& parameter) {
             if (parameter.key == QLatin1String("after"))
                 fault.after = true;
+            else if (parameter.key == QLatin1String("chunks"))
+                fault.chunks = int(wholeNumber(parameter.key, parameter.value, 1, maxChunks));
             else if (parameter.key == QLatin1String("code"))
                 fault.code =
                     int(wholeNumber(parameter.key, parameter.value, std::numeric_limits<int>::min(),
@@ -326,8 +341,9 @@ FaultRule ruleFromJson(const QJsonObject& object) {
             fail(QStringLiteral("\"spec\" must be a string and the only member"));
         return readRule(object.value(QLatin1String("spec")).toString());
     }
-    static const QStringList known{"operation", "fault", "status", "code",     "msg",  "ms",
-                                   "bytes",     "after", "times",  "fraction", "seed", "where"};
+    static const QStringList known{"operation", "fault", "status", "code",  "msg",
+                                   "ms",        "bytes", "chunks", "after", "times",
+                                   "fraction",  "seed",  "where"};
     for (auto it = object.begin(); it != object.end(); ++it)
         if (!known.contains(it.key()))
             fail(QStringLiteral("unknown member \"%1\"").arg(it.key()));
@@ -353,7 +369,7 @@ FaultRule ruleFromJson(const QJsonObject& object) {
             fail(QStringLiteral("%1 does not take \"%2\"").arg(*kind, key));
         spec += QLatin1Char('=') + *value;
     }
-    for (const char* key : {"code", "msg"})
+    for (const char* key : {"code", "msg", "chunks"})
         if (const std::optional<QString> value = memberText(object, key))
             spec += QStringLiteral(",%1=%2").arg(QLatin1String(key), escape(*value));
     const QJsonValue after = object.value(QLatin1String("after"));
@@ -389,8 +405,8 @@ FaultRule ruleFromJson(const QJsonObject& object) {
 
 bool Fault::operator==(const Fault& other) const {
     return kind == other.kind && status == other.status && code == other.code &&
-           userMsg == other.userMsg && ms == other.ms && bytes == other.bytes &&
-           after == other.after;
+           userMsg == other.userMsg && ms == other.ms && chunks == other.chunks &&
+           bytes == other.bytes && after == other.after;
 }
 
 namespace {
@@ -486,6 +502,10 @@ QList<Parameter> faultParameters(const Fault& f) {
         return QList<Parameter>{number("ms", f.ms)} + after;
     case Fault::Kind::Oversize:
         return {number("bytes", f.bytes)};
+    case Fault::Kind::Dribble:
+        return {number("ms", f.ms), number("chunks", f.chunks)};
+    case Fault::Kind::Stall:
+        return {number("ms", f.ms)};
     case Fault::Kind::Truncate:
     case Fault::Kind::Reset:
         return after;

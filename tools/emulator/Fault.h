@@ -21,12 +21,15 @@ struct Fault {
         Truncate, // half of the operation's reply under a Content-Length for all of it, then close
         Oversize, // the operation's reply padded with spaces to `bytes`: still valid JSON
         Reset,    // the connection is reset (RST) without a reply; the operation is not done
+        Dribble,  // the operation's reply, its body in `chunks` pieces spread over ms, then close
+        Stall,    // the operation's status line and headers, then nothing for ms, then close
     };
     Kind kind = Kind::Error;
     int status = 0; // Error
     int code = 0;   // Error
     QString userMsg;
-    int ms = 0;       // Delay, Hang
+    int ms = 0;       // Delay, Hang, Dribble, Stall
+    int chunks = 0;   // Dribble
     qint64 bytes = 0; // Oversize
     // Hang, Reset, Truncate: the operation is done first and its reply is
     // what breaks, so that a till can rehearse a call whose fate it cannot
@@ -56,7 +59,8 @@ struct FaultRule {
     bool operator==(const FaultRule& other) const;
 };
 
-// "error", "delay", "hang", "notjson", "truncate", "oversize" or "reset".
+// "error", "delay", "hang", "notjson", "truncate", "oversize", "reset",
+// "dribble" or "stall".
 QString faultKindName(Fault::Kind kind);
 // The kind's name, with ",after" for a fault played after the operation: "reset,after".
 QString faultName(const Fault& fault);
@@ -69,6 +73,7 @@ const QStringList& operationNames();
 //   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS
 //         | "hang" ["=" MS] [",after"] | "notjson" | "truncate" [",after"]
 //         | "oversize" ["=" BYTES] | "reset" [",after"]
+//         | "dribble=" MS ["," "chunks=" N] | "stall" ["=" MS]
 //   WHEN  = "times=" N | "fraction=" F ["," "seed=" S] | "always"
 //   CONDITION as matching/Condition.h reads it: $.dataId == "C-1"
 // e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2" or
@@ -83,8 +88,8 @@ QString faultSpec(const FaultRule& rule);
 // The admin API's form of a rule, either {"spec": SPEC} or its members:
 //   {"operation": "itemInfo", "fault": "error", "status": 500, "code": 7,
 //    "msg": "Out of stock", "times": 2}
-// ("ms" for delay and hang, "bytes" for oversize, "after": true for a fault
-// played after the operation, "fraction" and "seed", "where": a list of
+// ("ms" for delay, hang, dribble and stall, "chunks" for dribble, "bytes" for oversize, "after":
+// true for a fault played after the operation, "fraction" and "seed", "where": a list of
 // conditions).
 // Checked as parseFaultSpec() checks the text.
 std::optional<FaultRule> faultRuleFromJson(const QJsonObject& object, QString* error);

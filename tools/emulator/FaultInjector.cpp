@@ -8,6 +8,8 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace vesk::emulator {
 
 namespace {
@@ -55,6 +57,17 @@ const char* reasonPhrase(int status) {
     default:
         return status >= 500 ? "Internal Server Error" : "Error";
     }
+}
+
+// The status line and headers of a reply that a fault writes on the socket,
+// for a body of `bodySize` bytes; the connection closes after it.
+QByteArray replyHead(int status, qsizetype bodySize) {
+    return QStringLiteral("HTTP/1.1 %1 %2\r\nContent-Type: %3\r\n"
+                          "Content-Length: %4\r\nConnection: close\r\n\r\n")
+        .arg(status)
+        .arg(QLatin1String(reasonPhrase(status)), QLatin1String(jsonType))
+        .arg(bodySize)
+        .toLatin1();
 }
 
 FaultInjector::Played replyError(httplib::Response& response, int status, int code,
@@ -112,17 +125,43 @@ FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Req
         const HttpFront::Answer answer = perform();
         const QByteArray body = compact(answer.object);
         const QByteArray half = body.left(body.size() / 2);
-        const QByteArray head =
-            QStringLiteral("HTTP/1.1 %1 %2\r\nContent-Type: %3\r\n"
-                           "Content-Length: %4\r\nConnection: close\r\n\r\n")
-                .arg(answer.status)
-                .arg(QLatin1String(reasonPhrase(answer.status)), QLatin1String(jsonType))
-                .arg(body.size())
-                .toLatin1();
-        served.send(head + half);
+        served.send(replyHead(answer.status, body.size()) + half);
         served.close();
         // No reply went out whole: the log shows "-" and what the operation answered.
         return {false, 0, 0, half, withheld(answer)};
+    }
+    case Fault::Kind::Dribble: {
+        ServedConnection served = connection();
+        if (!served.isValid())
+            return cannotPlay(response, "dribble the reply");
+        const HttpFront::Answer answer = perform();
+        const QByteArray body = compact(answer.object);
+        bool whole = served.send(replyHead(answer.status, body.size()));
+        const int chunks = std::max(1, std::min(fault.chunks, int(body.size())));
+        // A piece, then a pause, and so on: the last piece ends the fault's time.
+        qsizetype sent = 0;
+        for (int i = 1; whole && i <= chunks; ++i) {
+            const qsizetype end = body.size() * i / chunks;
+            whole = served.send(body.mid(sent, end - sent));
+            sent = end;
+            if (whole && i < chunks)
+                whole =
+                    served.waitIdle(fault.ms / chunks, stop_) == ServedConnection::Waited::TimedOut;
+        }
+        served.close();
+        if (!whole)
+            return {false, 0, 0, body.left(sent), withheld(answer)};
+        return {false, answer.status, codeOf(answer), body, answer.note};
+    }
+    case Fault::Kind::Stall: {
+        ServedConnection served = connection();
+        if (!served.isValid())
+            return cannotPlay(response, "stall the reply");
+        const HttpFront::Answer answer = perform();
+        served.send(replyHead(answer.status, compact(answer.object).size()));
+        served.waitIdle(fault.ms, stop_);
+        served.close();
+        return {false, 0, 0, QByteArray(), withheld(answer)};
     }
     case Fault::Kind::Oversize: {
         const HttpFront::Answer answer = perform();

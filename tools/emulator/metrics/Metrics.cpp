@@ -11,8 +11,9 @@ namespace {
 const char* const statusNames[] = {"none", "1xx", "2xx", "3xx", "4xx", "5xx"};
 
 const Fault::Kind kindsInOrder[] = {
-    Fault::Kind::Error,    Fault::Kind::Delay,    Fault::Kind::Hang, Fault::Kind::NotJson,
-    Fault::Kind::Truncate, Fault::Kind::Oversize, Fault::Kind::Reset};
+    Fault::Kind::Error,   Fault::Kind::Delay,    Fault::Kind::Hang,
+    Fault::Kind::NotJson, Fault::Kind::Truncate, Fault::Kind::Oversize,
+    Fault::Kind::Reset,   Fault::Kind::Dribble,  Fault::Kind::Stall};
 
 // A sample's value as the format writes it: integers as such, others shortest.
 QByteArray number(double value) {

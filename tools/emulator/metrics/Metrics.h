@@ -43,7 +43,7 @@ public:
 private:
     static constexpr int operations = 16;
     static constexpr int statusClasses = 6; // none, 1xx ... 5xx
-    static constexpr int faultKinds = 7;
+    static constexpr int faultKinds = 9;
 
     struct Operation {
         std::array<std::atomic<qint64>, statusClasses> byStatus{};
