@@ -188,6 +188,99 @@ TEST(FaultSpecSlowWires, DribbleAndStallReadAndAreWrittenBack) {
     EXPECT_EQ(faultRuleToJson(*fromJson).value("chunks").toInt(), 3);
 }
 
+struct DrawnDelay {
+    const char* name;
+    const char* spec;
+    const char* canonical; // what faultSpec() writes back
+    const char* json;      // faultRuleToJson() without "spec"
+};
+
+void PrintTo(const DrawnDelay& row, std::ostream* out) {
+    *out << row.spec;
+}
+
+class DrawnDelayReads : public testing::TestWithParam<DrawnDelay> {};
+
+TEST_P(DrawnDelayReads, IntoTheRuleItsTextAndItsJson) {
+    const DrawnDelay& row = GetParam();
+    QString error;
+    const std::optional<FaultRule> rule = parseFaultSpec(QString::fromUtf8(row.spec), &error);
+    ASSERT_TRUE(rule) << error.toStdString();
+    EXPECT_EQ(faultSpec(*rule), QString::fromUtf8(row.canonical));
+    EXPECT_EQ(parseFaultSpec(faultSpec(*rule), nullptr), rule);
+    QJsonObject members = faultRuleToJson(*rule);
+    EXPECT_EQ(members.take(QStringLiteral("spec")).toString(), faultSpec(*rule));
+    EXPECT_EQ(QJsonDocument(members).toJson(QJsonDocument::Compact).toStdString(), row.json);
+    EXPECT_EQ(faultRuleFromJson(members, &error), rule) << error.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FixedUniformAndLogNormal, DrawnDelayReads,
+    testing::Values(
+        DrawnDelay{"FixedIsThePlainForm", "itemInfo:delay=fixed:250", "itemInfo:delay=250",
+                   R"({"fault":"delay","ms":250,"operation":"itemInfo"})"},
+        DrawnDelay{"Uniform", "itemInfo:delay=uniform:20-200",
+                   "itemInfo:delay=uniform:20-200,seed=1",
+                   R"({"distribution":"uniform","fault":"delay","max":200,"min":20,)"
+                   R"("operation":"itemInfo","seed":1})"},
+        DrawnDelay{"LogNormalSeeded", "*:delay=lognormal:80,sigma=0.4,seed=7",
+                   "*:delay=lognormal:80,sigma=0.4,seed=7",
+                   R"({"distribution":"lognormal","fault":"delay","median":80,"operation":"*",)"
+                   R"("seed":7,"sigma":0.4})"},
+        DrawnDelay{"WithAFractionTheSeedGoesWithIt",
+                   "processId:delay=uniform:5-9;fraction=0.5,seed=3",
+                   "processId:delay=uniform:5-9;fraction=0.5,seed=3",
+                   R"({"distribution":"uniform","fault":"delay","fraction":0.5,"max":9,"min":5,)"
+                   R"("operation":"processId","seed":3})"},
+        DrawnDelay{"AimedAndCounted",
+                   R"(itemInfo:delay=lognormal:100,seed=2,sigma=1;times=3;where=$.barcode == "1")",
+                   R"(itemInfo:delay=lognormal:100,sigma=1,seed=2;times=3;where=$.barcode == "1")",
+                   R"({"distribution":"lognormal","fault":"delay","median":100,)"
+                   R"("operation":"itemInfo","seed":2,"sigma":1,"times":3,)"
+                   R"("where":["$.barcode == \"1\""]})"}),
+    [](const testing::TestParamInfo<DrawnDelay>& info) { return info.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    BadDrawnDelay, FaultSpecRefuses,
+    testing::Values(
+        BadSpec{"itemInfo:delay=uniform:50-20",
+                "uniform's MAX: \"20\" is not a whole number from 50 to 600000"},
+        BadSpec{"itemInfo:delay=uniform:50",
+                "delay: \"uniform:50\" is not MS, fixed:MS, uniform:MIN-MAX or "
+                "lognormal:MEDIAN,sigma=F"},
+        BadSpec{"itemInfo:delay=gauss:5", "delay: \"gauss:5\" is not MS, fixed:MS, "
+                                          "uniform:MIN-MAX or lognormal:MEDIAN,sigma=F"},
+        BadSpec{"itemInfo:delay=lognormal:80",
+                "lognormal needs its spread: lognormal:MEDIAN,sigma=F"},
+        BadSpec{"itemInfo:delay=lognormal:80,sigma=0",
+                "sigma: \"0\" is not a number above 0 and at most 5"},
+        BadSpec{"itemInfo:delay=lognormal:0,sigma=1",
+                "lognormal's MEDIAN: \"0\" is not a whole number from 1 to 600000"},
+        BadSpec{"itemInfo:delay=uniform:1-2,sigma=1", "delay does not take \"sigma\""},
+        BadSpec{"itemInfo:delay=5,seed=1", "delay does not take \"seed\""},
+        BadSpec{"itemInfo:delay=uniform:1-2,seed=1;fraction=0.5,seed=2",
+                "seed is given twice: the fraction and the delay draw from one generator"}));
+
+TEST(FaultRuleJson, DrawnDelayMembersAreCheckedTogether) {
+    const auto refusal = [](const char* json) {
+        QString error;
+        EXPECT_FALSE(faultRuleFromJson(QJsonDocument::fromJson(json).object(), &error)) << json;
+        return error.toStdString();
+    };
+    EXPECT_EQ(
+        refusal(R"({"operation":"itemInfo","fault":"delay","distribution":"uniform","min":5})"),
+        "\"min\" and \"max\" go together, with \"distribution\": \"uniform\"");
+    EXPECT_EQ(refusal(R"({"operation":"itemInfo","fault":"delay","median":5,"sigma":1})"),
+              "\"median\" and \"sigma\" go together, with \"distribution\": \"lognormal\"");
+    EXPECT_EQ(refusal(R"({"operation":"itemInfo","fault":"hang","distribution":"uniform"})"),
+              "\"distribution\" is \"uniform\" or \"lognormal\", for a delay");
+    EXPECT_EQ(refusal(R"({"operation":"itemInfo","fault":"delay","ms":5,)"
+                      R"("distribution":"uniform","min":1,"max":2})"),
+              "a drawn delay does not take \"ms\"");
+    EXPECT_EQ(refusal(R"({"operation":"itemInfo","fault":"delay","ms":5,"seed":1})"),
+              "\"seed\" is only for \"fraction\" and a drawn delay");
+}
+
 TEST(FaultSpecWhere, AimsTheRuleAndIsWrittenBack) {
     QString error;
     const std::optional<FaultRule> rule = parseFaultSpec(

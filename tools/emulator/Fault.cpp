@@ -13,7 +13,6 @@ namespace vesk::emulator {
 
 namespace {
 
-constexpr int maxDelayMs = 600000;     // 10 minutes
 constexpr int maxHangMs = 3600000;     // an hour
 constexpr int defaultHangMs = 300000;  // well past any client's timeout (the library's: 15 s)
 constexpr qint64 maxBytes = 256 << 20; // 256 MiB
@@ -21,6 +20,7 @@ constexpr qint64 defaultOversize = 8 << 20;
 constexpr qint64 maxTimes = 1000000000;
 constexpr int defaultChunks = 10;
 constexpr int maxChunks = 10000;
+constexpr double maxSigma = 5; // e^5: a tail to 150 times the median
 
 const QString syntax = QStringLiteral("expected OPERATION:FAULT[;WHEN][;where=CONDITION]...");
 
@@ -125,6 +125,42 @@ double fraction(const QString& text) {
     return value;
 }
 
+double sigma(const QString& text) {
+    static const QRegularExpression form(QStringLiteral("^[0-9]*\\.?[0-9]+$"));
+    bool ok = form.match(text).hasMatch();
+    const double value = ok ? text.toDouble(&ok) : 0;
+    if (!ok || !(value > 0 && value <= maxSigma))
+        fail(QStringLiteral("sigma: \"%1\" is not a number above 0 and at most %2")
+                 .arg(text)
+                 .arg(maxSigma));
+    return value;
+}
+
+// A delay's value: MS, fixed:MS, uniform:MIN-MAX or lognormal:MEDIAN.
+void readDelay(const QString& text, Fault& fault) {
+    const auto ms = [&](const char* name, const QString& value, qint64 min) {
+        return int(wholeNumber(QLatin1String(name), value, min, maxDelayMs));
+    };
+    static const QRegularExpression range(QStringLiteral("^uniform:([^-]*)-(.*)$"));
+    const QRegularExpressionMatch uniform = range.match(text);
+    if (uniform.hasMatch()) {
+        fault.distribution = Fault::Distribution::Uniform;
+        fault.minMs = ms("uniform's MIN", uniform.captured(1), 0);
+        fault.maxMs = ms("uniform's MAX", uniform.captured(2), fault.minMs);
+    } else if (text.startsWith(QLatin1String("lognormal:"))) {
+        fault.distribution = Fault::Distribution::LogNormal;
+        fault.medianMs = ms("lognormal's MEDIAN", text.mid(10), 1);
+    } else if (text.startsWith(QLatin1String("fixed:"))) {
+        fault.ms = ms("delay", text.mid(6), 0);
+    } else if (text.contains(QLatin1Char(':'))) {
+        fail(QStringLiteral("delay: \"%1\" is not MS, fixed:MS, uniform:MIN-MAX or "
+                            "lognormal:MEDIAN,sigma=F")
+                 .arg(text));
+    } else {
+        fault.ms = ms("delay", text, 0);
+    }
+}
+
 quint64 seed(const QString& text) {
     static const QRegularExpression digits(QStringLiteral("^[0-9]{1,20}$"));
     bool ok = digits.match(text).hasMatch();
@@ -168,14 +204,16 @@ void readParameters(const QString& owner, const QStringList& items, const QStrin
         if (!flag && !parameter.hasValue)
             fail(QStringLiteral("%1 needs a value: %1=%2")
                      .arg(parameter.key,
-                          parameter.key == QLatin1String("msg")    ? QStringLiteral("TEXT")
-                          : parameter.key == QLatin1String("seed") ? QStringLiteral("S")
-                                                                   : QStringLiteral("N")));
+                          parameter.key == QLatin1String("msg")     ? QStringLiteral("TEXT")
+                          : parameter.key == QLatin1String("seed")  ? QStringLiteral("S")
+                          : parameter.key == QLatin1String("sigma") ? QStringLiteral("F")
+                                                                    : QStringLiteral("N")));
         take(parameter);
     }
 }
 
-Fault readFault(const QString& text) {
+// The fault, and the rule's seed when a drawn delay gives one (`seeded`).
+Fault readFault(const QString& text, FaultRule& rule, bool& seeded) {
     const QStringList items = splitUnescaped(text, QLatin1Char(','));
     const Item head = item(items.constFirst());
     Fault fault;
@@ -208,8 +246,12 @@ Fault readFault(const QString& text) {
         allowed = QStringList{QStringLiteral("code"), QStringLiteral("msg")};
         break;
     case Fault::Kind::Delay:
-        needsValue("delay=MS");
-        fault.ms = int(wholeNumber(head.key, head.value, 0, maxDelayMs));
+        needsValue("delay=MS, uniform:MIN-MAX or lognormal:MEDIAN,sigma=F");
+        readDelay(head.value, fault);
+        if (fault.distribution == Fault::Distribution::LogNormal)
+            allowed << QStringLiteral("sigma");
+        if (fault.distribution != Fault::Distribution::Fixed)
+            allowed << QStringLiteral("seed");
         break;
     case Fault::Kind::Hang:
         fault.ms =
@@ -245,7 +287,12 @@ Fault readFault(const QString& text) {
                 fault.after = true;
             else if (parameter.key == QLatin1String("chunks"))
                 fault.chunks = int(wholeNumber(parameter.key, parameter.value, 1, maxChunks));
-            else if (parameter.key == QLatin1String("code"))
+            else if (parameter.key == QLatin1String("sigma"))
+                fault.sigma = sigma(parameter.value);
+            else if (parameter.key == QLatin1String("seed")) {
+                rule.seed = seed(parameter.value);
+                seeded = true;
+            } else if (parameter.key == QLatin1String("code"))
                 fault.code =
                     int(wholeNumber(parameter.key, parameter.value, std::numeric_limits<int>::min(),
                                     std::numeric_limits<int>::max()));
@@ -253,10 +300,12 @@ Fault readFault(const QString& text) {
                 fault.userMsg = parameter.value;
         },
         flags);
+    if (fault.distribution == Fault::Distribution::LogNormal && fault.sigma == 0)
+        fail(QStringLiteral("lognormal needs its spread: lognormal:MEDIAN,sigma=F"));
     return fault;
 }
 
-void readWhen(const QString& text, FaultRule& rule) {
+void readWhen(const QString& text, FaultRule& rule, bool seeded) {
     const QStringList items = splitUnescaped(text, QLatin1Char(','));
     const Item head = item(items.constFirst());
     QStringList allowed;
@@ -275,8 +324,12 @@ void readWhen(const QString& text, FaultRule& rule) {
         fail(QStringLiteral("unknown condition \"%1\" (times=N, fraction=F[,seed=S] or always)")
                  .arg(items.constFirst()));
     }
-    readParameters(head.key, items, allowed,
-                   [&](const Item& parameter) { rule.seed = seed(parameter.value); });
+    readParameters(head.key, items, allowed, [&](const Item& parameter) {
+        if (seeded)
+            fail(QStringLiteral("seed is given twice: the fraction and the delay draw from one "
+                                "generator"));
+        rule.seed = seed(parameter.value);
+    });
 }
 
 FaultRule readRule(const QString& spec) {
@@ -294,7 +347,8 @@ FaultRule readRule(const QString& spec) {
     const QStringList parts = splitUnescaped(spec.mid(colon + 1), QLatin1Char(';'));
     if (parts.constFirst().isEmpty())
         fail(QStringLiteral("no fault after ':': %1").arg(syntax));
-    rule.fault = readFault(parts.constFirst());
+    bool seeded = false;
+    rule.fault = readFault(parts.constFirst(), rule, seeded);
     bool when = false;
     for (const QString& part : parts.mid(1)) {
         const Item clause = item(part);
@@ -308,7 +362,7 @@ FaultRule readRule(const QString& spec) {
         }
         if (when || !rule.where.isEmpty())
             fail(QStringLiteral("one WHEN at most, before any where=: %1").arg(syntax));
-        readWhen(part, rule);
+        readWhen(part, rule, seeded);
         when = true;
     }
     return rule;
@@ -320,6 +374,7 @@ std::optional<QString> memberText(const QJsonObject& object, const char* key) {
     if (value.isUndefined())
         return std::nullopt;
     if (QLatin1String(key) == QLatin1String("msg") ||
+        QLatin1String(key) == QLatin1String("distribution") ||
         QLatin1String(key) == QLatin1String("operation") ||
         QLatin1String(key) == QLatin1String("fault")) {
         if (!value.isString())
@@ -335,15 +390,40 @@ std::optional<QString> memberText(const QJsonObject& object, const char* key) {
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
 }
 
+// A drawn delay's members as its text: "=uniform:20-200" or "=lognormal:80,sigma=0.4";
+// empty for any other fault.
+QString drawnDelayText(const QJsonObject& object, const QString& kind) {
+    const std::optional<QString> distribution = memberText(object, "distribution");
+    const std::optional<QString> min = memberText(object, "min");
+    const std::optional<QString> max = memberText(object, "max");
+    const std::optional<QString> median = memberText(object, "median");
+    const std::optional<QString> spread = memberText(object, "sigma");
+    const bool uniform = distribution == QStringLiteral("uniform");
+    const bool lognormal = distribution == QStringLiteral("lognormal");
+    if (distribution && (kind != QLatin1String("delay") || (!uniform && !lognormal)))
+        fail(QStringLiteral("\"distribution\" is \"uniform\" or \"lognormal\", for a delay"));
+    if ((min || max) != uniform || (uniform && !(min && max)))
+        fail(QStringLiteral("\"min\" and \"max\" go together, with \"distribution\": \"uniform\""));
+    if ((median || spread) != lognormal || (lognormal && !(median && spread)))
+        fail(QStringLiteral(
+            "\"median\" and \"sigma\" go together, with \"distribution\": \"lognormal\""));
+    if (uniform)
+        return QStringLiteral("=uniform:%1-%2").arg(*min, *max);
+    if (lognormal)
+        return QStringLiteral("=lognormal:%1,sigma=%2").arg(*median, *spread);
+    return QString();
+}
+
 FaultRule ruleFromJson(const QJsonObject& object) {
     if (object.contains(QLatin1String("spec"))) {
         if (object.size() != 1 || !object.value(QLatin1String("spec")).isString())
             fail(QStringLiteral("\"spec\" must be a string and the only member"));
         return readRule(object.value(QLatin1String("spec")).toString());
     }
-    static const QStringList known{"operation", "fault", "status", "code",  "msg",
-                                   "ms",        "bytes", "chunks", "after", "times",
-                                   "fraction",  "seed",  "where"};
+    static const QStringList known{"operation", "fault", "status",       "code",  "msg",
+                                   "ms",        "bytes", "chunks",       "after", "times",
+                                   "fraction",  "seed",  "distribution", "min",   "max",
+                                   "median",    "sigma", "where"};
     for (auto it = object.begin(); it != object.end(); ++it)
         if (!known.contains(it.key()))
             fail(QStringLiteral("unknown member \"%1\"").arg(it.key()));
@@ -369,6 +449,10 @@ FaultRule ruleFromJson(const QJsonObject& object) {
             fail(QStringLiteral("%1 does not take \"%2\"").arg(*kind, key));
         spec += QLatin1Char('=') + *value;
     }
+    const QString drawn = drawnDelayText(object, *kind);
+    if (!drawn.isEmpty() && ms)
+        fail(QStringLiteral("a drawn delay does not take \"ms\""));
+    spec += drawn;
     for (const char* key : {"code", "msg", "chunks"})
         if (const std::optional<QString> value = memberText(object, key))
             spec += QStringLiteral(",%1=%2").arg(QLatin1String(key), escape(*value));
@@ -383,13 +467,15 @@ FaultRule ruleFromJson(const QJsonObject& object) {
     const std::optional<QString> seedText = memberText(object, "seed");
     if (times && share)
         fail(QStringLiteral("\"times\" and \"fraction\" exclude each other"));
+    if (seedText && !share && drawn.isEmpty())
+        fail(QStringLiteral("\"seed\" is only for \"fraction\" and a drawn delay"));
     if (seedText && !share)
-        fail(QStringLiteral("\"seed\" is only for \"fraction\""));
+        spec += QStringLiteral(",seed=") + *seedText;
     if (times)
         spec += QStringLiteral(";times=") + *times;
     if (share)
         spec += QStringLiteral(";fraction=") + *share;
-    if (seedText)
+    if (seedText && share)
         spec += QStringLiteral(",seed=") + *seedText;
     QString why;
     const std::optional<QList<Condition>> where =
@@ -406,7 +492,9 @@ FaultRule ruleFromJson(const QJsonObject& object) {
 bool Fault::operator==(const Fault& other) const {
     return kind == other.kind && status == other.status && code == other.code &&
            userMsg == other.userMsg && ms == other.ms && chunks == other.chunks &&
-           bytes == other.bytes && after == other.after;
+           distribution == other.distribution && minMs == other.minMs && maxMs == other.maxMs &&
+           medianMs == other.medianMs && sigma == other.sigma && bytes == other.bytes &&
+           after == other.after;
 }
 
 namespace {
@@ -482,7 +570,30 @@ struct Parameter {
     QString text;
     QJsonValue json;
     bool flag = false;
+    bool jsonOnly = false; // the text gives it inside another ("uniform:20-200")
 };
+
+bool drawsDelay(const Fault& fault) {
+    return fault.kind == Fault::Kind::Delay && fault.distribution != Fault::Distribution::Fixed;
+}
+
+// A drawn delay's parameters: its shape first, as the text writes it after "delay=".
+QList<Parameter> delayParameters(const Fault& f) {
+    const auto only = [](const char* key, int value) {
+        return Parameter{QLatin1String(key), QString(), value, false, true};
+    };
+    if (f.distribution == Fault::Distribution::Uniform)
+        return {{QStringLiteral("distribution"),
+                 QStringLiteral("uniform:%1-%2").arg(f.minMs).arg(f.maxMs),
+                 QStringLiteral("uniform")},
+                only("min", f.minMs),
+                only("max", f.maxMs)};
+    return {{QStringLiteral("distribution"), QStringLiteral("lognormal:%1").arg(f.medianMs),
+             QStringLiteral("lognormal")},
+            only("median", f.medianMs),
+            {QStringLiteral("sigma"), QString::number(f.sigma, 'g', QLocale::FloatingPointShortest),
+             f.sigma}};
+}
 
 // The fault's parameters, the first being the one its name takes ("error=500").
 QList<Parameter> faultParameters(const Fault& f) {
@@ -497,7 +608,7 @@ QList<Parameter> faultParameters(const Fault& f) {
         return {number("status", f.status), number("code", f.code),
                 Parameter{QStringLiteral("msg"), escape(f.userMsg), f.userMsg}};
     case Fault::Kind::Delay:
-        return {number("ms", f.ms)};
+        return drawsDelay(f) ? delayParameters(f) : QList<Parameter>{number("ms", f.ms)};
     case Fault::Kind::Hang:
         return QList<Parameter>{number("ms", f.ms)} + after;
     case Fault::Kind::Oversize:
@@ -513,6 +624,13 @@ QList<Parameter> faultParameters(const Fault& f) {
         break;
     }
     return {};
+}
+
+// The rule's seed goes with its fraction, else with a drawn delay.
+std::optional<Parameter> delaySeed(const FaultRule& rule) {
+    if (!drawsDelay(rule.fault) || rule.when == FaultRule::When::Fraction)
+        return std::nullopt;
+    return Parameter{QStringLiteral("seed"), QString::number(rule.seed), double(rule.seed)};
 }
 
 QList<Parameter> whenParameters(const FaultRule& rule) {
@@ -531,8 +649,12 @@ QList<Parameter> whenParameters(const FaultRule& rule) {
 
 QString faultSpec(const FaultRule& rule) {
     QString text = rule.operation + QLatin1Char(':') + faultKindName(rule.fault.kind);
-    const QList<Parameter> fault = faultParameters(rule.fault);
+    QList<Parameter> fault = faultParameters(rule.fault);
+    if (const std::optional<Parameter> seeded = delaySeed(rule))
+        fault << *seeded;
     for (qsizetype i = 0; i < fault.size(); ++i) {
+        if (fault[i].jsonOnly)
+            continue;
         if (fault[i].flag)
             text += QLatin1Char(',') + fault[i].key;
         else if (i == 0)
@@ -559,6 +681,8 @@ QJsonObject faultRuleToJson(const FaultRule& rule) {
                        {QStringLiteral("spec"), faultSpec(rule)}};
     for (const Parameter& parameter : faultParameters(rule.fault) + whenParameters(rule))
         object.insert(parameter.key, parameter.json);
+    if (const std::optional<Parameter> seeded = delaySeed(rule))
+        object.insert(seeded->key, seeded->json);
     if (!rule.where.isEmpty())
         object.insert(QStringLiteral("where"),
                       QJsonArray::fromStringList(conditionTexts(rule.where)));

@@ -11,11 +11,14 @@
 
 namespace vesk::emulator {
 
+// The longest delay a rule may give or draw: 10 minutes.
+inline constexpr int maxDelayMs = 600000;
+
 // How one reply misbehaves (README.md, "Faults", shows each on the wire).
 struct Fault {
     enum class Kind {
         Error,    // status, code and userMsg as a service's refusal; the operation is not done
-        Delay,    // ms of silence, then the operation's own reply
+        Delay,    // ms of silence (or a draw, see Distribution), then the operation's own reply
         Hang,     // no reply for ms, or until the client goes, then the connection closes
         NotJson,  // status 200 with an HTML page; the operation is not done
         Truncate, // half of the operation's reply under a Content-Length for all of it, then close
@@ -24,13 +27,24 @@ struct Fault {
         Dribble,  // the operation's reply, its body in `chunks` pieces spread over ms, then close
         Stall,    // the operation's status line and headers, then nothing for ms, then close
     };
+    // Where a delay's ms come from, drawn afresh for each call it hits.
+    enum class Distribution {
+        Fixed,     // ms
+        Uniform,   // minMs to maxMs, each as likely
+        LogNormal, // medianMs times e^(sigma * a standard normal number)
+    };
     Kind kind = Kind::Error;
     int status = 0; // Error
     int code = 0;   // Error
     QString userMsg;
-    int ms = 0;       // Delay, Hang, Dribble, Stall
-    int chunks = 0;   // Dribble
-    qint64 bytes = 0; // Oversize
+    int ms = 0;                                      // Delay, Hang, Dribble, Stall
+    int chunks = 0;                                  // Dribble
+    Distribution distribution = Distribution::Fixed; // Delay
+    int minMs = 0;                                   // Uniform
+    int maxMs = 0;                                   // Uniform
+    int medianMs = 0;                                // LogNormal
+    double sigma = 0;                                // LogNormal
+    qint64 bytes = 0;                                // Oversize
     // Hang, Reset, Truncate: the operation is done first and its reply is
     // what breaks, so that a till can rehearse a call whose fate it cannot
     // know. A truncated reply is the operation's own either way.
@@ -54,7 +68,7 @@ struct FaultRule {
     When when = When::Always;
     qint64 times = 0;
     double fraction = 1;
-    quint64 seed = 1;
+    quint64 seed = 1; // for the fraction's draws and a delay's, from one generator
 
     bool operator==(const FaultRule& other) const;
 };
@@ -70,10 +84,12 @@ const QStringList& operationNames();
 
 // A rule from its text:
 //   SPEC  = OPERATION ":" FAULT [";" WHEN] *(";" "where=" CONDITION)
-//   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" MS
+//   FAULT = "error=" STATUS ["," "code=" N] ["," "msg=" TEXT] | "delay=" DELAY
 //         | "hang" ["=" MS] [",after"] | "notjson" | "truncate" [",after"]
 //         | "oversize" ["=" BYTES] | "reset" [",after"]
 //         | "dribble=" MS ["," "chunks=" N] | "stall" ["=" MS]
+//   DELAY = MS | "fixed:" MS | "uniform:" MIN "-" MAX ["," "seed=" S]
+//         | "lognormal:" MEDIAN "," "sigma=" F ["," "seed=" S]
 //   WHEN  = "times=" N | "fraction=" F ["," "seed=" S] | "always"
 //   CONDITION as matching/Condition.h reads it: $.dataId == "C-1"
 // e.g. "itemInfo:error=500,code=7,msg=Out of stock;times=2" or
@@ -88,10 +104,10 @@ QString faultSpec(const FaultRule& rule);
 // The admin API's form of a rule, either {"spec": SPEC} or its members:
 //   {"operation": "itemInfo", "fault": "error", "status": 500, "code": 7,
 //    "msg": "Out of stock", "times": 2}
-// ("ms" for delay, hang, dribble and stall, "chunks" for dribble, "bytes" for oversize, "after":
-// true for a fault played after the operation, "fraction" and "seed", "where": a list of
-// conditions).
-// Checked as parseFaultSpec() checks the text.
+// ("distribution": "uniform" with "min" and "max", or "lognormal" with "median" and "sigma",
+// for a drawn delay; "ms" for delay, hang, dribble and stall, "chunks" for dribble, "bytes" for
+// oversize, "after": true for a fault played after the operation, "fraction" and "seed", "where": a
+// list of conditions). Checked as parseFaultSpec() checks the text.
 std::optional<FaultRule> faultRuleFromJson(const QJsonObject& object, QString* error);
 QJsonObject faultRuleToJson(const FaultRule& rule); // the members' form, with "spec"
 

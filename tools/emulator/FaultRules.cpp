@@ -1,5 +1,7 @@
 #include "FaultRules.h"
 
+#include "DelayDraw.h"
+
 #include <QJsonDocument>
 
 namespace vesk::emulator {
@@ -72,6 +74,9 @@ std::optional<Fault> FaultRules::take(const QString& operation, const QByteArray
                 ++entry.fired;
                 ++firedInAll_;
                 fault = entry.rule.fault;
+                // Drawn here, under the lock, so that a seed gives the same delays.
+                if (fault->kind == Fault::Kind::Delay)
+                    fault->ms = drawDelayMs(*fault, live.generator);
                 break;
             }
         }

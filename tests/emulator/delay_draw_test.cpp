@@ -1,0 +1,88 @@
+// Delays drawn from distributions: their shape over many draws with a fixed
+// seed, their bounds and their cap, without a socket or a sleep.
+
+#include <emulator/DelayDraw.h>
+#include <emulator/FaultRules.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace vesk::emulator::test {
+namespace {
+
+constexpr int draws = 20001;
+
+std::vector<int> drawMany(const Fault& fault, quint64 seed) {
+    std::mt19937_64 generator(seed);
+    std::vector<int> values;
+    for (int i = 0; i < draws; ++i)
+        values.push_back(drawDelayMs(fault, generator));
+    std::sort(values.begin(), values.end());
+    return values;
+}
+
+Fault delay(const char* spec) {
+    QString error;
+    const std::optional<FaultRule> rule =
+        parseFaultSpec(QStringLiteral("itemInfo:delay=") + QLatin1String(spec), &error);
+    EXPECT_TRUE(rule) << error.toStdString();
+    return rule ? rule->fault : Fault();
+}
+
+TEST(DelayDraw, FixedGivesItsMsEveryTime) {
+    const std::vector<int> values = drawMany(delay("fixed:250"), 1);
+    EXPECT_EQ(values.front(), 250);
+    EXPECT_EQ(values.back(), 250);
+}
+
+TEST(DelayDraw, UniformStaysWithinItsBoundsAndReachesBoth) {
+    const std::vector<int> values = drawMany(delay("uniform:20-30"), 7);
+    EXPECT_EQ(values.front(), 20);
+    EXPECT_EQ(values.back(), 30);
+    // Eleven values, each about a draw in eleven.
+    const auto twenties = std::count(values.begin(), values.end(), 20);
+    EXPECT_NEAR(double(twenties) / draws, 1.0 / 11, 0.01);
+    EXPECT_NEAR(values[draws / 2], 25, 1);
+}
+
+TEST(DelayDraw, UniformOfOneValueGivesThatValue) {
+    const std::vector<int> values = drawMany(delay("uniform:40-40"), 3);
+    EXPECT_EQ(values.front(), 40);
+    EXPECT_EQ(values.back(), 40);
+}
+
+TEST(DelayDraw, LogNormalHasItsMedianAndSpread) {
+    const std::vector<int> values = drawMany(delay("lognormal:80,sigma=0.4"), 11);
+    EXPECT_NEAR(values[draws / 2], 80, 2);
+    // One sigma either side holds about 68% of the draws: 80 e^-0.4 and 80 e^0.4.
+    EXPECT_NEAR(values[draws * 16 / 100], 54, 2);
+    EXPECT_NEAR(values[draws * 84 / 100], 119, 3);
+    EXPECT_GE(values.front(), 0);
+}
+
+TEST(DelayDraw, ALongTailIsCappedAtTheLongestDelay) {
+    const std::vector<int> values = drawMany(delay("lognormal:300000,sigma=5"), 5);
+    EXPECT_EQ(values.back(), maxDelayMs);
+    EXPECT_NEAR(values[draws / 2], 300000, 300000 * 0.1);
+}
+
+TEST(DelayDraw, TheSameSeedAndCallsGiveTheSameDelays) {
+    const auto delays = [](const char* spec) {
+        FaultRules rules;
+        rules.add(*parseFaultSpec(QString::fromLatin1(spec), nullptr));
+        std::vector<int> ms;
+        for (int i = 0; i < 50; ++i)
+            ms.push_back(rules.take(QStringLiteral("itemInfo"))->ms);
+        return ms;
+    };
+    const std::vector<int> first = delays("*:delay=uniform:0-10000,seed=42");
+    EXPECT_EQ(delays("*:delay=uniform:0-10000,seed=42"), first);
+    EXPECT_NE(delays("*:delay=uniform:0-10000,seed=43"), first);
+    EXPECT_EQ(delays("itemInfo:delay=lognormal:80,sigma=0.5,seed=9"),
+              delays("itemInfo:delay=lognormal:80,sigma=0.5,seed=9"));
+}
+
+} // namespace
+} // namespace vesk::emulator::test
