@@ -49,6 +49,14 @@ TEST(CommandLineTest, FaultsAreReadInTheirOrder) {
     EXPECT_FALSE(line->options.faults[1].fault.after);
 }
 
+TEST(CommandLineTest, LatencyIsADelayForEveryOperation) {
+    const std::optional<CommandLine> line = parse({"--latency", "lognormal:80,sigma=0.4,seed=7"});
+    ASSERT_TRUE(line);
+    ASSERT_TRUE(line->options.latency);
+    EXPECT_EQ(faultSpec(*line->options.latency), "*:delay=lognormal:80,sigma=0.4,seed=7");
+    EXPECT_FALSE(parse({})->options.latency);
+}
+
 TEST(CommandLineTest, ListenTakesBracketedIpv6AndPortZero) {
     const std::optional<CommandLine> line = parse({"--listen", "[::1]:0"});
     ASSERT_TRUE(line);
@@ -90,6 +98,13 @@ INSTANTIATE_TEST_SUITE_P(
                  {"--listen", ":80"},
                  "--listen: \":80\" is not HOST:PORT (a port from 0 to 65535)"},
         BadUsage{"empty_db", {"--db", ""}, "--db: the file name is empty"},
+        BadUsage{"latency_with_a_when",
+                 {"--latency", "50;times=2"},
+                 "--latency 50;times=2: a delay only, without ; WHEN or where="},
+        BadUsage{"latency_not_a_delay",
+                 {"--latency", "uniform:9-3"},
+                 "--latency uniform:9-3: uniform's MAX: \"3\" is not a whole number from 9 to "
+                 "600000"},
         BadUsage{"after_on_a_fault_that_sends_no_reply_of_the_operation",
                  {"--fault", "commitCheque:notjson,after"},
                  "--fault commitCheque:notjson,after: notjson does not take \"after\""}),

@@ -84,5 +84,26 @@ TEST(DelayDraw, TheSameSeedAndCallsGiveTheSameDelays) {
               delays("itemInfo:delay=lognormal:80,sigma=0.5,seed=9"));
 }
 
+TEST(FaultRulesLatency, DelaysTheCallsThatNoRuleHits) {
+    FaultRules rules;
+    rules.setLatency(parseFaultSpec(QStringLiteral("*:delay=uniform:30-40,seed=5"), nullptr));
+    rules.add(*parseFaultSpec(QStringLiteral("itemInfo:reset;times=1"), nullptr));
+    EXPECT_EQ(rules.take(QStringLiteral("itemInfo"))->kind, Fault::Kind::Reset);
+    for (const char* operation : {"itemInfo", "commitCheque"}) {
+        const std::optional<Fault> latency = rules.take(QString::fromLatin1(operation));
+        ASSERT_TRUE(latency) << operation;
+        EXPECT_EQ(latency->kind, Fault::Kind::Delay);
+        EXPECT_GE(latency->ms, 30);
+        EXPECT_LE(latency->ms, 40);
+    }
+    // Neither listed nor counted as a rule, and kept when the rules are cleared.
+    EXPECT_EQ(rules.list().size(), 1);
+    EXPECT_EQ(rules.list().constFirst().fired, 1);
+    EXPECT_EQ(rules.clear(), 1);
+    EXPECT_TRUE(rules.take(QStringLiteral("itemInfo")));
+    rules.setLatency(std::nullopt);
+    EXPECT_FALSE(rules.take(QStringLiteral("itemInfo")));
+}
+
 } // namespace
 } // namespace vesk::emulator::test

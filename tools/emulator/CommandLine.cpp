@@ -34,9 +34,11 @@ QString emulatorUsage() {
         "  --seed FILE         the seed to start from (default: the one built in)\n"
         "  --fault SPEC        make calls misbehave, OPERATION:FAULT[;WHEN][;where=COND]...\n"
         "                      e.g. itemInfo:error=500,code=7,msg=Out of stock;times=2\n"
-        "                      FAULT: error=STATUS[,code=N][,msg=TEXT] | delay=MS | hang[=MS]\n"
-        "                             | notjson | truncate | oversize[=BYTES] | reset\n"
-        "                             | dribble=MS[,chunks=N] | stall[=MS]\n"
+        "                      FAULT: error=STATUS[,code=N][,msg=TEXT] | delay=DELAY\n"
+        "                             | hang[=MS] | notjson | truncate | oversize[=BYTES]\n"
+        "                             | reset | dribble=MS[,chunks=N] | stall[=MS]\n"
+        "                      DELAY: MS | uniform:MIN-MAX[,seed=S]\n"
+        "                             | lognormal:MEDIAN,sigma=F[,seed=S]\n"
         "                      hang, truncate and reset take \",after\": the operation is\n"
         "                      done first, then its reply breaks (reset,after)\n"
         "                      WHEN:  times=N | fraction=F[,seed=S] | always (the default)\n"
@@ -45,6 +47,8 @@ QString emulatorUsage() {
         "                      OPERATION \"*\" hits every operation; repeat for more rules.\n"
         "                      At run time: /_emulator/faults, /_emulator/reset and\n"
         "                      /_emulator/health on the same address (vesk emulator --help)\n"
+        "  --latency DELAY     delay every call that no fault rule hits, DELAY as above,\n"
+        "                      e.g. --latency lognormal:80,sigma=0.4,seed=7\n"
         "  --strict-requests   refuse a request whose body has keys that name no member\n"
         "                      or values of the wrong kind (422, naming each by its JSON\n"
         "                      path); without it such a request is served, and what does\n"
@@ -67,13 +71,14 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
     const QCommandLineOption help(QStringList{QStringLiteral("help"), QStringLiteral("h")});
     const QCommandLineOption version(QStringLiteral("version"));
     const QCommandLineOption fault(QStringLiteral("fault"), QString(), QStringLiteral("SPEC"));
+    const QCommandLineOption latency(QStringLiteral("latency"), QString(), QStringLiteral("DELAY"));
     const QCommandLineOption journalSize(QStringLiteral("journal-size"), QString(),
                                          QStringLiteral("N"));
     const QCommandLineOption journalBytes(QStringLiteral("journal-bytes"), QString(),
                                           QStringLiteral("N"));
     const QCommandLineOption strictRequests(QStringLiteral("strict-requests"));
-    parser.addOptions(
-        {listen, db, seed, help, version, fault, journalSize, journalBytes, strictRequests});
+    parser.addOptions({listen, db, seed, help, version, fault, latency, journalSize, journalBytes,
+                       strictRequests});
 
     const auto fail = [&](const QString& why) {
         if (error)
@@ -126,6 +131,17 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         if (!rule)
             return fail(QStringLiteral("--fault %1: %2").arg(spec, why));
         line.options.faults.append(*rule);
+    }
+    if (parser.isSet(latency)) {
+        const QString delay = parser.value(latency);
+        QString why = QStringLiteral("a delay only, without ; WHEN or where=");
+        const std::optional<FaultRule> rule =
+            delay.contains(QLatin1Char(';'))
+                ? std::nullopt
+                : parseFaultSpec(QStringLiteral("*:delay=") + delay, &why);
+        if (!rule)
+            return fail(QStringLiteral("--latency %1: %2").arg(delay, why));
+        line.options.latency = rule;
     }
     return line;
 }

@@ -101,6 +101,7 @@ bool Emulator::start(QString* error) {
     faults_->clear();
     for (const FaultRule& rule : options_.faults)
         faults_->add(rule);
+    faults_->setLatency(options_.latency);
     Running* running = running_.get();
     journal_->clear();
     running_->admin = std::make_unique<AdminApi>(

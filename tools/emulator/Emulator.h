@@ -7,6 +7,7 @@
 #include <QtGlobal>
 
 #include <memory>
+#include <optional>
 
 namespace vesk::emulator {
 
@@ -19,6 +20,9 @@ struct Options {
     QString databaseFile; // empty: an in-memory database
     QString seedFile; // empty: the seed shipped with the emulator (compiled in as a Qt resource)
     QList<FaultRule> faults; // in force from the start, in this order
+    // A delay for every call that no rule hits (--latency): a back office's
+    // usual slowness, under the faults a test adds.
+    std::optional<FaultRule> latency;
     // The request journal's bounds (journal/Journal.h); 0 entries: no journal.
     // Refuse a request whose body has keys or values its record does not
     // take (422), rather than serve it and log what does not fit.

@@ -15,6 +15,13 @@ void FaultRules::add(const FaultRule& rule) {
         ++aimed_;
 }
 
+void FaultRules::setLatency(const std::optional<FaultRule>& latency) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    latency_.reset();
+    if (latency)
+        latency_ = Live{Entry{*latency, 0, -1}, std::mt19937_64(latency->seed)};
+}
+
 int FaultRules::clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     const int count = int(rules_.size());
@@ -79,6 +86,11 @@ std::optional<Fault> FaultRules::take(const QString& operation, const QByteArray
                     fault->ms = drawDelayMs(*fault, live.generator);
                 break;
             }
+        }
+        if (!fault && latency_) {
+            fault = latency_->entry.rule.fault;
+            fault->ms = drawDelayMs(*fault, latency_->generator);
+            return fault;
         }
     }
     if (fault)

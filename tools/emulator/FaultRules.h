@@ -33,6 +33,9 @@ public:
     };
 
     void add(const FaultRule& rule);
+    // A delay rule for the calls that no rule hits; it is not listed, counted
+    // or cleared, and draws from its own generator.
+    void setLatency(const std::optional<FaultRule>& latency);
     int clear(); // how many rules there were
     QList<Entry> list() const;
     int active() const; // the rules that are not spent
@@ -57,6 +60,7 @@ private:
     mutable std::mutex mutex_;
     mutable std::condition_variable firedChanged_;
     std::vector<Live> rules_;
+    std::optional<Live> latency_;
     qint64 firedInAll_ = 0;
     std::atomic<int> aimed_{0}; // rules with conditions: whether a call's body is needed
 };
