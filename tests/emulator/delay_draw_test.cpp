@@ -31,11 +31,27 @@ Fault delay(const char* spec) {
     return rule ? rule->fault : Fault();
 }
 
-TEST(DelayDraw, FixedGivesItsMsEveryTime) {
-    const std::vector<int> values = drawMany(delay("fixed:250"), 1);
-    EXPECT_EQ(values.front(), 250);
-    EXPECT_EQ(values.back(), 250);
+struct OneValue {
+    const char* name;
+    const char* delay;
+    int ms;
+};
+
+class DelayOfOneValue : public testing::TestWithParam<OneValue> {};
+
+TEST_P(DelayOfOneValue, GivesThatValueEveryTime) {
+    const std::vector<int> values = drawMany(delay(GetParam().delay), 1);
+    EXPECT_EQ(values.front(), GetParam().ms);
+    EXPECT_EQ(values.back(), GetParam().ms);
 }
+
+INSTANTIATE_TEST_SUITE_P(DelayDraw, DelayOfOneValue,
+                         testing::Values(OneValue{"Fixed", "fixed:250", 250},
+                                         OneValue{"Plain", "90", 90},
+                                         OneValue{"UniformOverOneValue", "uniform:40-40", 40}),
+                         [](const testing::TestParamInfo<OneValue>& info) {
+                             return std::string(info.param.name);
+                         });
 
 TEST(DelayDraw, UniformStaysWithinItsBoundsAndReachesBoth) {
     const std::vector<int> values = drawMany(delay("uniform:20-30"), 7);
@@ -45,12 +61,6 @@ TEST(DelayDraw, UniformStaysWithinItsBoundsAndReachesBoth) {
     const auto twenties = std::count(values.begin(), values.end(), 20);
     EXPECT_NEAR(double(twenties) / draws, 1.0 / 11, 0.01);
     EXPECT_NEAR(values[draws / 2], 25, 1);
-}
-
-TEST(DelayDraw, UniformOfOneValueGivesThatValue) {
-    const std::vector<int> values = drawMany(delay("uniform:40-40"), 3);
-    EXPECT_EQ(values.front(), 40);
-    EXPECT_EQ(values.back(), 40);
 }
 
 TEST(DelayDraw, LogNormalHasItsMedianAndSpread) {
