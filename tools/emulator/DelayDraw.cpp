@@ -17,7 +17,8 @@ double unit(std::mt19937_64& generator) {
 // A standard normal number (Box-Muller); 1 - unit() keeps the logarithm finite.
 double normal(std::mt19937_64& generator) {
     const double radius = std::sqrt(-2.0 * std::log(1.0 - unit(generator)));
-    return radius * std::cos(2.0 * M_PI * unit(generator));
+    constexpr double pi = 3.14159265358979323846;
+    return radius * std::cos(2.0 * pi * unit(generator));
 }
 
 } // namespace
