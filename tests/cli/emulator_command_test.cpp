@@ -75,7 +75,8 @@ TEST(EmulatorCommandUsage, UnknownActionOrMissingSpecIsAUsageError) {
     EXPECT_EQ(unknown.exitCode, 64);
     EXPECT_EQ(unknown.err,
               QStringLiteral("vesk: error: unknown emulator action \"restart\" (health, "
-                             "faults, fault SPEC, clear, reset, journal or verify CALL)\n"
+                             "faults, fault SPEC, clear, reset, journal, verify CALL or "
+                             "metrics)\n"
                              "Try 'vesk help emulator' for more information.\n"));
     const VeskRun missing = runVesk(emulatorArguments(closed.port(), {QStringLiteral("fault")}));
     EXPECT_EQ(missing.exitCode, 64);
@@ -172,6 +173,31 @@ TEST_F(JournalCommand, VerifyThatFailsPrintsTheNearestMissesAndExitsOne) {
               QStringLiteral("    $.barcode: expected \"4601234000024\", was \"0000000000000\""));
     EXPECT_TRUE(lines[4].startsWith(QStringLiteral("  #1 itemInfo at "))) << lines[4].toStdString();
     EXPECT_TRUE(failed.err.isEmpty()) << failed.err.toStdString();
+}
+
+TEST_F(JournalCommand, AFaultAimedAtOneBarcodeHitsOnlyItAndMetricsCountIt) {
+    const VeskRun added = runVesk(emulatorArguments(
+        port(),
+        {QStringLiteral("fault"),
+         QStringLiteral(
+             R"(itemInfo:error=503,code=42,msg=Busy;where=$.barcode == "4601234000024")")}));
+    ASSERT_EQ(added.exitCode, 0) << testing::PrintToString(added);
+    EXPECT_EQ(jsonOf(added).value(QStringLiteral("where")).toArray(),
+              (QJsonArray{QStringLiteral(R"($.barcode == "4601234000024")")}));
+    const VeskRun hit = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                             QStringLiteral(R"({"barcode": "4601234000024"})"));
+    EXPECT_EQ(hit.exitCode, 2) << testing::PrintToString(hit);
+    const VeskRun spared = call(QStringLiteral("sales"), QStringLiteral("itemInfo"),
+                                QStringLiteral(R"({"barcode": "4601234000017"})"));
+    EXPECT_EQ(spared.exitCode, 0) << testing::PrintToString(spared);
+
+    const VeskRun metrics = runVesk(emulatorArguments(port(), {QStringLiteral("metrics")}));
+    ASSERT_EQ(metrics.exitCode, 0) << testing::PrintToString(metrics);
+    for (const char* sample :
+         {"\nvesk_emulator_requests_total{operation=\"itemInfo\",status=\"5xx\"} 1\n",
+          "\nvesk_emulator_requests_total{operation=\"itemInfo\",status=\"2xx\"} 1\n",
+          "\nvesk_emulator_faults_fired_total{fault=\"error\"} 1\n"})
+        EXPECT_TRUE(metrics.out.contains(QLatin1String(sample))) << metrics.out.toStdString();
 }
 
 struct BadVerify {

@@ -36,6 +36,19 @@ TEST(CommandLineTest, OptionsSetTheAddressDatabaseAndSeed) {
     EXPECT_TRUE(parse({"--version"})->version);
 }
 
+TEST(CommandLineTest, StrictRequestsAndTheJournalsBoundsAreTaken) {
+    const std::optional<CommandLine> defaults = parse({});
+    EXPECT_FALSE(defaults->options.strictRequests);
+    EXPECT_EQ(defaults->options.journalEntries, 10000);
+    EXPECT_EQ(defaults->options.journalBytes, 64 * 1024 * 1024);
+    const std::optional<CommandLine> line =
+        parse({"--strict-requests", "--journal-size", "0", "--journal-bytes", "4096"});
+    ASSERT_TRUE(line);
+    EXPECT_TRUE(line->options.strictRequests);
+    EXPECT_EQ(line->options.journalEntries, 0);
+    EXPECT_EQ(line->options.journalBytes, 4096);
+}
+
 TEST(CommandLineTest, FaultsAreReadInTheirOrder) {
     const std::optional<CommandLine> line =
         parse({"--fault", "commitCheque:reset,after;times=1", "--fault=itemInfo:delay=5"});
@@ -90,6 +103,16 @@ INSTANTIATE_TEST_SUITE_P(
                  {"--listen", ":80"},
                  "--listen: \":80\" is not HOST:PORT (a port from 0 to 65535)"},
         BadUsage{"empty_db", {"--db", ""}, "--db: the file name is empty"},
+        BadUsage{"negative_journal_size",
+                 {"--journal-size", "-1"},
+                 "--journal-size: \"-1\" is not a number of requests from 0"},
+        BadUsage{"zero_journal_bytes",
+                 {"--journal-bytes", "0"},
+                 "--journal-bytes: \"0\" is not a number of bytes from 1"},
+        BadUsage{"fault_aimed_by_a_bad_condition",
+                 {"--fault", "commitCheque:reset;where=$.dataId = 1"},
+                 "--fault commitCheque:reset;where=$.dataId = 1: where: expected ==, !=, <, <=, "
+                 ">, >=, ~=, exists or absent after $.dataId at column 10"},
         BadUsage{"after_on_a_fault_that_sends_no_reply_of_the_operation",
                  {"--fault", "commitCheque:notjson,after"},
                  "--fault commitCheque:notjson,after: notjson does not take \"after\""}),

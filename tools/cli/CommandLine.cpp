@@ -299,7 +299,8 @@ const QList<CommandDefinition>& commands() {
              "called. Exit status 1 when any call failed.\n"),
          OwnOptions::bench},
         {QStringLiteral("emulator"),
-         QStringLiteral("health | faults | fault SPEC | clear | reset | journal | verify CALL..."),
+         QStringLiteral(
+             "health | faults | fault SPEC | clear | reset | journal | verify CALL... | metrics"),
          1, 64, QStringLiteral("drive a running vesk-emulator: faults, journal, verify, reset"),
          QStringLiteral(
              "Drives the vesk-emulator that listens at --listen HOST:PORT, or at --base\n"
@@ -324,6 +325,8 @@ const QList<CommandDefinition>& commands() {
              "                 --at-least N, --at-most N times (between --since and --until)\n"
              "  verify --in-order CALL CALL...\n"
              "                 whether the CALLs were made in this order\n"
+             "  metrics        the counts of requests, latencies and faults, in the\n"
+             "                 Prometheus text format\n"
              "\n"
              "A CALL is an operation's name, then conditions on its request body joined by\n"
              "&&, in one argument: 'commitCheque $.chequeId == \"C-1\" && $.card exists'.\n"

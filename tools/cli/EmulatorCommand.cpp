@@ -49,11 +49,11 @@ int emulatorCommand(const CommandLine& line, QTextStream& out, QTextStream& err)
     static const QStringList actions{QStringLiteral("health"), QStringLiteral("faults"),
                                      QStringLiteral("fault"),  QStringLiteral("clear"),
                                      QStringLiteral("reset"),  QStringLiteral("journal"),
-                                     QStringLiteral("verify")};
+                                     QStringLiteral("verify"), QStringLiteral("metrics")};
     if (!actions.contains(action))
         return usageError(err,
                           QStringLiteral("unknown emulator action \"%1\" (health, faults, fault "
-                                         "SPEC, clear, reset, journal or verify CALL)%2")
+                                         "SPEC, clear, reset, journal, verify CALL or metrics)%2")
                               .arg(action, check::didYouMean(action, actions)),
                           line.command);
     const Arity arity = arityOf(action);
@@ -80,6 +80,17 @@ int emulatorCommand(const CommandLine& line, QTextStream& out, QTextStream& err)
         return journalAction(line, client, out, err);
     if (action == QLatin1String("verify"))
         return verifyAction(line, client, out, err);
+    if (action == QLatin1String("metrics")) {
+        // Text, not JSON: printed as the emulator wrote it.
+        const emulator::AdminClient::Text metrics = client.text(QStringLiteral("metrics"));
+        if (!metrics.error.isEmpty()) {
+            error(err) << "no metrics from the emulator at " << base << ": " << metrics.error
+                       << '\n';
+            return exitCode::networkError;
+        }
+        out << QString::fromUtf8(metrics.body);
+        return exitCode::success;
+    }
     const Result result = action == QLatin1String("health")   ? client.health()
                           : action == QLatin1String("faults") ? client.faults()
                           : action == QLatin1String("fault")  ? client.addFault(line.arguments[1])

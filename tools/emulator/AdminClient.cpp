@@ -8,18 +8,38 @@
 
 namespace vesk::emulator {
 
-AdminClient::Result AdminClient::call(const QByteArray& method, const QString& resource,
-                                      const QJsonObject& body) const {
+namespace {
+
+http::Response exchange(const QString& baseUrl, const QByteArray& method, const QString& resource,
+                        const QJsonObject& body) {
     http::Request request;
     request.method = method;
-    request.url = QUrl(baseUrl_ + QLatin1String(AdminApi::prefix) + resource);
+    request.url = QUrl(baseUrl + QLatin1String(AdminApi::prefix) + resource);
     if (method == "POST") {
         request.body = QJsonDocument(body).toJson(QJsonDocument::Compact);
         request.headers.insert("Content-Type", "application/json");
     }
     RestClient client;
     client.send(request);
-    const http::Response response = client.response();
+    return client.response();
+}
+
+} // namespace
+
+AdminClient::Text AdminClient::text(const QString& resource) const {
+    const http::Response response = exchange(baseUrl_, "GET", resource, QJsonObject());
+    if (response.failure != http::Response::Failure::None)
+        return {QByteArray(), response.error.text()};
+    if (response.statusCode != 200)
+        return {QByteArray(), QStringLiteral("HTTP %1: %2")
+                                  .arg(response.statusCode)
+                                  .arg(QString::fromUtf8(response.body.left(200)))};
+    return {response.body, QString()};
+}
+
+AdminClient::Result AdminClient::call(const QByteArray& method, const QString& resource,
+                                      const QJsonObject& body) const {
+    const http::Response response = exchange(baseUrl_, method, resource, body);
 
     Result result;
     result.status = response.statusCode;

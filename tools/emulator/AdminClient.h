@@ -34,6 +34,14 @@ public:
     Result clearFaults() const { return call("DELETE", QStringLiteral("faults")); }
     Result reset() const { return call("POST", QStringLiteral("reset")); }
 
+    // GET /_emulator/`resource` whose reply is text (the metrics): its body,
+    // or what went wrong.
+    struct Text {
+        QByteArray body;
+        QString error;
+    };
+    Text text(const QString& resource) const;
+
     QString baseUrl() const { return baseUrl_; }
 
 private:
