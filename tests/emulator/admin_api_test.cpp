@@ -34,6 +34,7 @@ TEST_F(AdminApiTest, HealthCountsRequestsAndActiveFaults) {
     EXPECT_EQ(health.body.value("requestsServed").toInt(), 1);
     EXPECT_EQ(health.body.value("faultsActive").toInt(), 0);
     EXPECT_GE(health.body.value("uptimeMs").toInteger(-1), 0);
+    EXPECT_EQ(health.body.value("strictRequests"), QJsonValue(false));
 }
 
 TEST_F(AdminApiTest, FaultAddedAtRunTimeFiresListsAndClears) {

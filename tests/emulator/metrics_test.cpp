@@ -4,6 +4,7 @@
 #include "HttpHelpers.h"
 
 #include <emulator/FaultRules.h>
+#include <emulator/journal/Journal.h>
 #include <emulator/metrics/Metrics.h>
 
 #include <QProcess>
@@ -11,6 +12,10 @@
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace vesk::emulator::test {
 namespace {
@@ -21,6 +26,20 @@ double sampleOf(const QByteArray& exposition, const QString& series) {
         if (line.startsWith(series.toUtf8() + ' '))
             return line.mid(series.size() + 1).toDouble();
     return -1;
+}
+
+// Waits, at most 5 s, until every request the journal keeps is done. A
+// reset's client hears of it before the emulator has counted the request;
+// the metrics count it before the journal marks it done.
+bool awaitAllDone(const Journal& journal) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (std::chrono::steady_clock::now() < deadline) {
+        const QList<JournalEntry> kept = journal.select({});
+        if (std::all_of(kept.begin(), kept.end(), [](const JournalEntry& e) { return e.done; }))
+            return true;
+        std::this_thread::yield();
+    }
+    return false;
 }
 
 TEST(Metrics, CountRequestsByOperationAndStatusClassIntoBuckets) {
@@ -106,6 +125,7 @@ TEST_F(RunningEmulator, MetricsCountWhatTheTillsGot) {
     QString error;
     emulator->faults().add(*parseFaultSpec(QStringLiteral("processId:reset;times=1"), &error));
     ASSERT_EQ(post(port, loyaltyPath("processId"), "{}").status, 0);
+    ASSERT_TRUE(awaitAllDone(emulator->journal()));
 
     httplib::Client client("127.0.0.1", port);
     const httplib::Result scraped = client.Get("/_emulator/metrics");

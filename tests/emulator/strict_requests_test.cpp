@@ -39,6 +39,13 @@ const Misfit misfits[] = {
      "$.discCardId \"***0011\" is not text; $.pinCod names no member of "
      "vesk::loyalty::ProcessIdRequest",
      "vesk::loyalty::ProcessIdRequest"},
+    {"MisspeltKeyInALine", discPath("discCalc"),
+     R"({"lines": [{"lineNum": 1, "barcde": "4601234000017", "qty": 1}]})",
+     "$.lines[0].barcde names no member of vesk::disc::LinesEntryRequest; did you mean barcode?",
+     "vesk::disc::DiscCalcRequest"},
+    {"TokenOfTheWrongKindIsMasked", loyaltyPath("processPin"),
+     R"({"discCardId": "2775000000011", "token": 918273})", "$.token \"***\" is not text",
+     "vesk::loyalty::ProcessPinRequest"},
 };
 
 class StrictRequests : public ::testing::TestWithParam<Misfit> {
@@ -94,6 +101,20 @@ TEST_F(RunningEmulator, ServesAMisfitWithoutStrictRequestsAndNotesItInTheLogAndT
                                  .first()
                                  .toObject();
     EXPECT_EQ(kept.value("findings").toArray(), QJsonArray{finding});
+}
+
+TEST_F(RunningEmulator, ServesAMisfitWithoutStrictRequestsAndMasksItsSecretsInTheLog) {
+    vesk::test::LogCapture log(QStringLiteral("vesk.emulator.warning=true"));
+    const Reply served = post(emulator->port(), loyaltyPath("processPin"),
+                              R"({"discCardId": 2775000000011, "token": 918273})");
+    EXPECT_NE(served.status, 422) << served.raw;
+    EXPECT_NE(served.status, 0) << served.raw;
+    EXPECT_TRUE(log.lines().contains(
+        QStringLiteral("vesk.emulator warning: processPin request does not fit its record: "
+                       "$.discCardId \"***0011\" is not text; $.token \"***\" is not text")))
+        << log.all();
+    EXPECT_EQ(log.all().find("2775000000011"), std::string::npos) << log.all();
+    EXPECT_EQ(log.all().find("918273"), std::string::npos) << log.all();
 }
 
 TEST_F(RunningEmulator, AFittingRequestHasNoFindings) {

@@ -19,6 +19,7 @@ AdminApi::AdminApi(FaultRules& faults, Journal& journal, std::function<Health()>
                         {QStringLiteral("uptimeMs"), now.uptimeMs},
                         {QStringLiteral("requestsServed"), now.requestsServed},
                         {QStringLiteral("faultsActive"), faults.active()},
+                        {QStringLiteral("strictRequests"), now.strictRequests},
                         {QStringLiteral("journal"),
                          QJsonObject{{QStringLiteral("size"), totals.size},
                                      {QStringLiteral("bytes"), totals.bytes},

@@ -29,6 +29,7 @@ public:
     struct Health {
         qint64 uptimeMs = 0;
         qint64 requestsServed = 0;
+        bool strictRequests = false; // --strict-requests: misfits are refused
     };
     // `reset` restores the seed's state; false, with the reason, on failure.
     // `metrics`, when given, makes GET /_emulator/metrics: its text.

@@ -106,9 +106,10 @@ bool Emulator::start(QString* error) {
     journal_->clear();
     running_->admin = std::make_unique<AdminApi>(
         *faults_, *journal_,
-        [running] {
+        [this, running] {
             return AdminApi::Health{running->uptime.elapsed(),
-                                    running->front ? running->front->requestsServed() : 0};
+                                    running->front ? running->front->requestsServed() : 0,
+                                    options_.strictRequests};
         },
         [this](QString* error) { return reset(error); },
         [this, running] {

@@ -53,7 +53,10 @@ bool FaultRules::fires(std::mt19937_64& generator, double fraction) {
 
 std::optional<Fault> FaultRules::take(const QString& operation, const QByteArray& body) {
     // Parsed before the lock, and only when some rule looks into bodies.
-    const QJsonObject parsed = aimed_ > 0 ? QJsonDocument::fromJson(body).object() : QJsonObject();
+    return take(operation, aimed_ > 0 ? QJsonDocument::fromJson(body).object() : QJsonObject());
+}
+
+std::optional<Fault> FaultRules::take(const QString& operation, const QJsonObject& parsed) {
     std::optional<Fault> fault;
     {
         const std::lock_guard<std::mutex> lock(mutex_);

@@ -2,6 +2,7 @@
 
 #include "Fault.h"
 
+#include <QJsonObject>
 #include <QList>
 
 #include <atomic>
@@ -43,6 +44,8 @@ public:
     // The fault for this call of `operation` with this request body, if a
     // rule fires. The body is parsed only while a rule aims by content.
     std::optional<Fault> take(const QString& operation, const QByteArray& body = QByteArray());
+    // The same, for a body that its caller has parsed already (an object; empty if it is not one).
+    std::optional<Fault> take(const QString& operation, const QJsonObject& body);
 
     // Waits, at most `timeout`, until the rules have fired `count` times in all.
     bool waitFired(qint64 count, std::chrono::milliseconds timeout) const;

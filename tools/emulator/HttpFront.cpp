@@ -205,7 +205,11 @@ void HttpFront::addRoutes(SalesService& sales, DiscountService& discount, Loyalt
         operation(loyalty, &LoyaltyService::chequeAdditionalInfo));
 }
 
-HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& body) const {
+HttpFront::ParsedBody::ParsedBody(const QByteArray& body)
+    : document(QJsonDocument::fromJson(body, &error)) {}
+
+HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& body,
+                                    const ParsedBody& parsed) const {
     const auto error = [](int status, int code, const QString& userMsg) {
         return Answer{status, QJsonObject{{QStringLiteral("code"), code},
                                           {QStringLiteral("userMsg"), userMsg}}};
@@ -214,8 +218,8 @@ HttpFront::Answer HttpFront::answer(const std::string& path, const QByteArray& b
     if (op == operations_.end())
         return error(404, code::unknownPath,
                      QStringLiteral("No operation at %1").arg(QString::fromStdString(path)));
-    QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &parseError);
+    const QJsonParseError& parseError = parsed.error;
+    const QJsonDocument& document = parsed.document;
     if (body.isEmpty())
         return error(400, code::badBody,
                      QStringLiteral("The body is empty: a JSON object is expected"));
@@ -260,7 +264,9 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
     const QByteArray body = QByteArray::fromStdString(request.body);
     logBody(name, "request", body);
 
-    const std::optional<Fault> fault = faults_ ? faults_->take(name, body) : std::nullopt;
+    const ParsedBody parsed(body);
+    const std::optional<Fault> fault =
+        faults_ ? faults_->take(name, parsed.document.object()) : std::nullopt;
     if (fault) {
         record.fault = faultName(*fault);
         if (metrics_)
@@ -272,7 +278,7 @@ void HttpFront::serveOperation(const std::string& path, const QString& name,
         journal_ ? journal_->add(JournalEntry::arrived(arrivedMs, name, body, record.fault)) : 0;
     QStringList findings;
     const auto perform = [&] {
-        Answer answered = answer(path, body);
+        Answer answered = answer(path, body, parsed);
         findings = answered.findings;
         return answered;
     };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -78,7 +79,13 @@ public:
         QByteArray rawBody = QByteArray();
         QByteArray rawType = QByteArray();
     };
-    Answer answer(const std::string& path, const QByteArray& body) const;
+    // A request body parsed once, for the fault rules, the check and the operation.
+    struct ParsedBody {
+        QJsonParseError error{}; // before `document`, which the parse fills with it
+        QJsonDocument document;
+        explicit ParsedBody(const QByteArray& body);
+    };
+    Answer answer(const std::string& path, const QByteArray& body, const ParsedBody& parsed) const;
 
     // Whether a request whose body has keys or values that its record does
     // not take is refused (422, code::doesNotFit) rather than served with

@@ -44,6 +44,8 @@ private:
     static constexpr int operations = 16;
     static constexpr int statusClasses = 6; // none, 1xx ... 5xx
     static constexpr int faultKinds = 9;
+    // A new kind needs its place here and in Metrics.cpp's list, or it goes uncounted.
+    static_assert(int(Fault::Kind::Stall) + 1 == faultKinds, "a fault kind the metrics miss");
 
     struct Operation {
         std::array<std::atomic<qint64>, statusClasses> byStatus{};
