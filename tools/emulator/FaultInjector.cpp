@@ -6,6 +6,7 @@
 
 #include <httplib.h>
 
+#include <QElapsedTimer>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -138,15 +139,22 @@ FaultInjector::Played FaultInjector::play(const Fault& fault, const httplib::Req
         const QByteArray body = compact(answer.object);
         bool whole = served.send(replyHead(answer.status, body.size()));
         const int chunks = std::max(1, std::min(fault.chunks, int(body.size())));
-        // A piece, then a pause, and so on: the last piece ends the fault's time.
+        // The first piece at once and the last when the fault's time is up
+        // (a single piece then), each at its due time from the start, so
+        // that the pauses' rounding does not add up.
+        QElapsedTimer clock;
+        clock.start();
         qsizetype sent = 0;
         for (int i = 1; whole && i <= chunks; ++i) {
+            const qint64 due = chunks == 1 ? fault.ms : qint64(fault.ms) * (i - 1) / (chunks - 1);
+            const qint64 pause = due - clock.elapsed();
+            if (pause > 0)
+                whole = served.waitIdle(int(pause), stop_) == ServedConnection::Waited::TimedOut;
+            if (!whole)
+                break;
             const qsizetype end = body.size() * i / chunks;
             whole = served.send(body.mid(sent, end - sent));
             sent = end;
-            if (whole && i < chunks)
-                whole =
-                    served.waitIdle(fault.ms / chunks, stop_) == ServedConnection::Waited::TimedOut;
         }
         served.close();
         if (!whole)
