@@ -29,11 +29,12 @@ struct VESK_TESTING_EXPORT ExpectedCall {
 /// EXPECT_TRUE(result) << result.message.toStdString();
 /// @endcode
 struct VESK_TESTING_EXPORT Verified {
-    bool verified = false;
+    bool verified = false; ///< whether the expectation holds
     qint64 seen = 0;   ///< the calls that matched (for an order, the steps found)
     QString message;   ///< for people, several lines
     QJsonObject reply; ///< the emulator's whole answer, with its near misses
 
+    /// `verified`, so that a test writes EXPECT_TRUE(result).
     explicit operator bool() const { return verified; }
 };
 
@@ -62,11 +63,13 @@ public:
     /// The emulator at `baseUrl`, "http://HOST:PORT".
     explicit EmulatorJournal(const QUrl& baseUrl = QUrl(QStringLiteral("http://127.0.0.1:55555")));
 
-    /// Whether `call` was made exactly, at least or at most `times` times.
-    /// A question that the emulator cannot answer comes back not verified,
-    /// with the reason as its message.
+    /// Whether `call` was made exactly `times` times. A question that the
+    /// emulator cannot answer comes back not verified, with the reason as its
+    /// message.
     Verified calledExactly(qint64 times, const ExpectedCall& call) const;
+    /// Whether `call` was made at least `times` times; as calledExactly().
     Verified calledAtLeast(qint64 times, const ExpectedCall& call) const;
+    /// Whether `call` was made at most `times` times; as calledExactly().
     Verified calledAtMost(qint64 times, const ExpectedCall& call) const;
     /// Whether the calls were made in this order (others between them allowed).
     Verified calledInOrder(const QList<ExpectedCall>& calls) const;

@@ -55,8 +55,8 @@ expect "vesk emulator journal --where '\$.x' --operation itemInfo c" "clear coun
 expect "vesk emulator verify commit" "commitCheque"
 expect "vesk emulator --wh" "--where"
 expect "vesk help op" "openapi ops"
-expect "vesk-emulator --l" "--listen"
-expect "vesk-emulator --" "--db --fault --help --journal-bytes --journal-size --listen --seed --strict-requests --version"
+expect "vesk-emulator --li" "--listen"
+expect "vesk-emulator --" "--db --fault --help --journal-bytes --journal-size --latency --listen --seed --strict-requests --version"
 
 if ((failures > 0)); then
     echo "$failures completion(s) wrong"
