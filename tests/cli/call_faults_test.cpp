@@ -62,6 +62,11 @@ INSTANTIATE_TEST_SUITE_P(
         FaultRow{"Truncate", "itemInfo:truncate", 56,
                  "vesk: error: network: Incomplete reply from"},
         FaultRow{"Oversize", "itemInfo:oversize=5M", 63, "exceeds the limit of 4194304 bytes"},
+        FaultRow{"DribbleWithinTheTimeout", "itemInfo:dribble=200,chunks=2", 0, ""},
+        FaultRow{"DribblePastTheTimeout", "itemInfo:dribble=10000,chunks=5", 56,
+                 "vesk: error: network: Incomplete reply from"},
+        FaultRow{"StallAfterTheHeaders", "itemInfo:stall=10000", 56,
+                 "vesk: error: network: Incomplete reply from"},
         FaultRow{"Reset", "itemInfo:reset", 56,
                  "vesk: error: network: The connection to http://127.0.0.1:"}),
     [](const testing::TestParamInfo<FaultRow>& info) { return std::string(info.param.name); });
