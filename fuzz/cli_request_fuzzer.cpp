@@ -1,8 +1,8 @@
 // The request that `vesk call` reads from its argument or standard input.
 
 #include <cli/Operations.h>
-#include <cli/RequestCheck.h>
 #include <cli/RequestInput.h>
+#include <requestcheck/RequestCheck.h>
 
 #include <QTextStream>
 
@@ -24,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         // What `call` reports of it, for the request record of one operation.
         const auto& operations = vesk::cli::operations();
         const vesk::cli::Operation& operation = operations[data[0] % operations.size()];
-        for (const vesk::cli::RequestProblem& problem :
-             vesk::cli::checkRequest(*fromStdin, *operation.request))
+        for (const vesk::check::RequestProblem& problem :
+             vesk::check::checkRequest(*fromStdin, *operation.request))
             if (!problem.path.startsWith(QLatin1Char('$')) || problem.problem.isEmpty())
                 __builtin_trap();
     }

@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string path =
         std::string("/api/axapta/") + operations[data[0] % std::size(operations)];
     const QByteArray body(reinterpret_cast<const char*>(data + 1), qsizetype(size - 1));
-    const HttpFront::Answer answer = office->front->answer(path, body);
+    const HttpFront::Answer answer = office->front->answer(path, body, HttpFront::ParsedBody(body));
     if (answer.status < 200 || answer.status > 599 ||
         (answer.status != 200 && !answer.object.contains(QLatin1String("code"))))
         __builtin_trap();
