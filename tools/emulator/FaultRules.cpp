@@ -11,8 +11,6 @@ void FaultRules::add(const FaultRule& rule) {
               std::mt19937_64(rule.seed)};
     const std::lock_guard<std::mutex> lock(mutex_);
     rules_.push_back(std::move(live));
-    if (!rule.where.isEmpty())
-        ++aimed_;
 }
 
 void FaultRules::setLatency(const std::optional<FaultRule>& latency) {
@@ -26,7 +24,6 @@ int FaultRules::clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     const int count = int(rules_.size());
     rules_.clear();
-    aimed_ = 0;
     return count;
 }
 
@@ -52,8 +49,7 @@ bool FaultRules::fires(std::mt19937_64& generator, double fraction) {
 }
 
 std::optional<Fault> FaultRules::take(const QString& operation, const QByteArray& body) {
-    // Parsed before the lock, and only when some rule looks into bodies.
-    return take(operation, aimed_ > 0 ? QJsonDocument::fromJson(body).object() : QJsonObject());
+    return take(operation, QJsonDocument::fromJson(body).object());
 }
 
 std::optional<Fault> FaultRules::take(const QString& operation, const QJsonObject& parsed) {

@@ -5,7 +5,6 @@
 #include <QJsonObject>
 #include <QList>
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -42,7 +41,7 @@ public:
     int active() const; // the rules that are not spent
 
     // The fault for this call of `operation` with this request body, if a
-    // rule fires. The body is parsed only while a rule aims by content.
+    // rule fires.
     std::optional<Fault> take(const QString& operation, const QByteArray& body = QByteArray());
     // The same, for a body that its caller has parsed already (an object; empty if it is not one).
     std::optional<Fault> take(const QString& operation, const QJsonObject& body);
@@ -65,7 +64,6 @@ private:
     std::vector<Live> rules_;
     std::optional<Live> latency_;
     qint64 firedInAll_ = 0;
-    std::atomic<int> aimed_{0}; // rules with conditions: whether a call's body is needed
 };
 
 } // namespace vesk::emulator
